@@ -1,0 +1,9 @@
+// nerivane-cli: the filter calculation without a window.
+#include <iostream>
+
+#include "cli/Cli.h"
+
+int main(int argc, char** argv) {
+    const std::vector<std::string> args(argv, argv + argc);
+    return nerivane::cli::RunCli(args, std::cout, std::cerr);
+}

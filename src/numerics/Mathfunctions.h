@@ -1,0 +1,37 @@
+// The small numeric kit shared by the prototype, simulation and display stages: a plain
+// complex pair, magnitude, angle and decibel conversions with the program's guards against
+// zero and overflow, factorials and clamps.
+#pragma once
+
+namespace nerivane {
+
+struct Complex {
+    double re = 0.0;
+    double im = 0.0;
+};
+
+inline Complex operator+(Complex a, Complex b) { return {a.re + b.re, a.im + b.im}; }
+inline Complex operator-(Complex a, Complex b) { return {a.re - b.re, a.im - b.im}; }
+inline Complex operator*(Complex a, Complex b) {
+    return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
+}
+inline Complex Conjugate(Complex a) { return {a.re, -a.im}; }
+
+inline constexpr double Pi = 3.141592653589793;
+inline constexpr double HalfPi = 1.5707963267948966;
+inline constexpr double OneOverPi = 0.3183098861837907;
+
+double ComplexAbs(double re, double im);
+Complex ComplexSquare(double re, double im);
+double ComplexToDb(double re, double im);
+double RealToDb(double x);
+double ComplexAngleDeg(double re, double im);
+double SafeAtan2(double re, double im);
+double Factorial(int n);
+double ClampDouble(double lo, double x, double hi);
+int ClampInt(int lo, int x, int hi);
+
+inline double ComplexAbs(Complex z) { return ComplexAbs(z.re, z.im); }
+inline double ComplexAngleDeg(Complex z) { return ComplexAngleDeg(z.re, z.im); }
+
+}  // namespace nerivane

@@ -156,8 +156,6 @@ ParsedInt ParseInt32(std::string_view text) {
         base = 16;
         text.remove_prefix(2);
     }
-    // from_chars would take a second sign; only digits may follow the prefix.
-    if (text.empty() || text.front() == '-') return failed;
     std::uint64_t magnitude = 0;
     const auto [end, error] =
         std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
@@ -246,8 +244,8 @@ constexpr TerritoryException TerritoryExceptions[] = {
 };
 // clang-format on
 
-// Reads a box against its limits. The box always ends holding a legal value; a replaced entry
-// shows as repaired until the next read of that box.
+// Reads a box against its limits. With valid limits the box always ends holding a legal value; a
+// replaced entry shows as repaired until the next read of that box.
 template <typename Parser>
 auto ReadBox(EditBox& box, const std::string& minText, const std::string& defaultText,
              const std::string& maxText, Parser parse, const char* guardMessage) {
@@ -407,7 +405,7 @@ std::string FormatFixed(double x, int decimals) {
         if (std::fabs(x) >= CheckedPow(10.0, -decimals)) return FixedText(x, decimals);
         return FormatScientific(x, decimals);
     }
-    return decimals == 0 ? "0" : "0." + std::string(static_cast<std::size_t>(decimals), '0');
+    return FixedText(0.0, decimals);
 }
 
 std::string FormatFixedPlain(double x, int decimals) {

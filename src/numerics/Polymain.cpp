@@ -202,7 +202,8 @@ PrototypeResult BuildPrototype(int responseIndex, int numPoles, double ripple, d
     result.sectionCount = RootsToSections(
         std::span<const Complex>(family.roots.data(), static_cast<std::size_t>(family.count)),
         sections);
-    if (normalise && result.sectionCount > 0) NormaliseCorner(result.sectionCount, sections);
+    if (normalise && result.sectionCount > 0)
+        result.cornerScale = NormaliseCorner(result.sectionCount, sections);
     if (numPoles > 2) OrderSections(result.sectionCount, sections);
     return result;
 }

@@ -1,7 +1,9 @@
 #include "numerics/Rootfinderfunctions.h"
 
 #include <array>
+#include <algorithm>
 #include <cmath>
+#include <complex>
 
 #include "numerics/CheckedMath.h"
 #include "numerics/Mathfunctions.h"
@@ -534,12 +536,65 @@ void ThreeStageSearch::NewQuadraticEstimate(ScalarKind kind, double& uNew, doubl
     vNew = v_ * (1.0 + c4 / denominator);
 }
 
+// p(z) and p'(z) of the undeflated polynomial by Horner's rule.
+void EvaluateWithSlope(std::span<const double> p, int degree, std::complex<double> z,
+                       std::complex<double>& value, std::complex<double>& slope) {
+    value = p[0];
+    slope = 0.0;
+    for (int i = 1; i <= degree; ++i) {
+        slope = slope * z + value;
+        value = value * z + p[i];
+    }
+}
+
+// Deflation passes each root's rounding error on to the roots found after it; when many roots
+// share one modulus (the Gaussian family's, say) the last ones can lose half their digits.
+// A few Newton steps on the original polynomial restore them. A polished root is kept only if
+// it stays well inside its neighbourhood (so it cannot jump to another root) and its residual
+// did not grow; conjugate pairs stay exact conjugates.
+void PolishRoots(std::span<const double> p, int degree, std::span<double> re,
+                 std::span<double> im, int count) {
+    for (int i = 0; i < count; ++i) {
+        const std::complex<double> start(re[i], im[i]);
+        if (start == 0.0) continue;
+        double nearest = INFINITY;
+        for (int j = 0; j < count; ++j) {
+            if (j != i) nearest = std::min(nearest, std::abs(std::complex<double>(re[j], im[j]) - start));
+        }
+        std::complex<double> value, slope;
+        EvaluateWithSlope(p, degree, start, value, slope);
+        const double startResidual = std::abs(value);
+        std::complex<double> z = start;
+        for (int step = 0; step < 8 && slope != 0.0; ++step) {
+            const std::complex<double> change = value / slope;
+            z -= change;
+            EvaluateWithSlope(p, degree, z, value, slope);
+            if (std::abs(change) <= 1e-15 * std::abs(z)) break;
+        }
+        const bool stayedNear = std::abs(z - start) < 0.25 * nearest;
+        if (!stayedNear || !(std::abs(value) <= startResidual) || !std::isfinite(z.real()) ||
+            !std::isfinite(z.imag()))
+            continue;
+        const bool pairedWithNext = im[i] != 0.0 && i + 1 < count && im[i + 1] == -im[i] &&
+                                    re[i + 1] == re[i];
+        re[i] = z.real();
+        im[i] = im[i] == 0.0 ? 0.0 : z.imag();
+        if (pairedWithNext) {
+            re[i + 1] = re[i];
+            im[i + 1] = -im[i];
+            ++i;
+        }
+    }
+}
+
 }  // namespace
 
 RootFinderResult FindPolynomialRoots(std::span<const double> coefficients, int degree,
                                      std::span<double> realParts, std::span<double> imagParts) {
     ThreeStageSearch search;
-    return search.Run(coefficients, degree, realParts, imagParts);
+    const RootFinderResult result = search.Run(coefficients, degree, realParts, imagParts);
+    PolishRoots(coefficients, degree, realParts, imagParts, result.count);
+    return result;
 }
 
 }  // namespace nerivane

@@ -4,8 +4,8 @@
 set -euo pipefail
 
 packages=(
-  cmake ninja-build g++ make pkg-config
-  libgtest-dev libgmock-dev libbenchmark-dev
+  cmake ninja-build g++ make
+  libgtest-dev libbenchmark-dev
   libcli11-dev nlohmann-json3-dev
 )
 

@@ -5,7 +5,7 @@ BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps build build-sanitize run test test-plain test-sanitize bench format clean
+.PHONY: all deps build build-sanitize run test test-plain test-sanitize bench format format-check clean
 
 all: build
 
@@ -30,13 +30,18 @@ test-sanitize: build-sanitize
 	@ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 		ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
 
-test: test-plain test-sanitize
+test: format-check test-plain test-sanitize
 
 bench: build
 	@for program in $(BUILD_DIR)/bench/*_bench; do $$program --benchmark_min_time=0.2; done
 
+SOURCES = $(shell find src tests bench -name '*.cpp' -o -name '*.h')
+
 format:
-	@find src tests bench -name '*.cpp' -o -name '*.h' | xargs clang-format -i
+	@clang-format -i $(SOURCES)
+
+format-check: deps
+	@clang-format --dry-run -Werror $(SOURCES)
 
 clean:
 	@rm -rf $(BUILD_DIR) $(SANITIZE_DIR)

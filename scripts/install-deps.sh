@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-  cmake ninja-build g++ make
+  cmake ninja-build g++ make clang-format
   libgtest-dev libbenchmark-dev
   libcli11-dev nlohmann-json3-dev
 )

@@ -10,7 +10,9 @@ bool RippleEnabled(std::int32_t responseIndex) {
     return responseIndex == Chebyshev || responseIndex == Papoulis;
 }
 
-bool GammaEnabled(std::int32_t responseIndex) { return responseIndex == AdjustableGauss; }
+bool GammaEnabled(std::int32_t responseIndex) {
+    return responseIndex == AdjustableGauss;
+}
 
 void GatherInputs(DesignState& state, ParameterBoxes& boxes) {
     // Poles first: the ripple limit depends on the order.

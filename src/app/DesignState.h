@@ -49,13 +49,13 @@ struct DesignState {
     std::int32_t NumPoles;
     std::int32_t NumSections;
     std::int32_t SelectedSection;
-    double F0;                  // Hz
-    double BandWidth;           // Hz
-    double Ripple;              // dB
+    double F0;         // Hz
+    double BandWidth;  // Hz
+    double Ripple;     // dB
     double Gamma;
-    double SectionGain;         // ratio, 10^(dB/20)
-    double OpAmpGainBandwidth;  // Hz
-    double OpAmpOutputResistance;  // ohms
+    double SectionGain;             // ratio, 10^(dB/20)
+    double OpAmpGainBandwidth;      // Hz
+    double OpAmpOutputResistance;   // ohms
     double SectionC1[MaxSections];  // farads
     double SectionC2[MaxSections];  // farads
 
@@ -67,8 +67,8 @@ struct DesignState {
     double PhaseThreshold;  // dB, always negative
     std::int32_t AdjustFocus;
     std::int32_t ReservedAfterFocus;  // keeps the next double aligned; always 0
-    double FreqMin;  // Hz
-    double FreqMax;  // Hz
+    double FreqMin;                   // Hz
+    double FreqMax;                   // Hz
     std::int32_t PlotMag;
     std::int32_t PlotMag1dB;
     std::int32_t PlotPhase;

@@ -70,8 +70,7 @@ DesignState DefaultDesignState() {
     state.FreqMax = 10.0 * state.F0;
     ResetSections(state.Sections);
     WriteRecordText(state.ToleranceText, std::size(state.ToleranceText), "Exact R");
-    WriteRecordText(state.CapacitorToleranceText, std::size(state.CapacitorToleranceText),
-                    "10 %");
+    WriteRecordText(state.CapacitorToleranceText, std::size(state.CapacitorToleranceText), "10 %");
     WriteRecordText(state.ResistorToleranceText, std::size(state.ResistorToleranceText), "1 %");
     return state;
 }

@@ -29,8 +29,7 @@ double RippleMaximum(std::int32_t responseIndex, std::int32_t numPoles) {
 }
 
 void ReadRipple(DesignState& state, EditBox& box) {
-    const std::string maximum =
-        FormatFixed(RippleMaximum(state.ResponseIndex, state.NumPoles), 3);
+    const std::string maximum = FormatFixed(RippleMaximum(state.ResponseIndex, state.NumPoles), 3);
     const double ripple = EditBoxToDouble(box, "0.000", "0.20", maximum);
     box.SetText(FormatFixed(ripple, 3));
     state.Ripple = ClampDouble(0.001, ripple, 2.0);

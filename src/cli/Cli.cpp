@@ -15,10 +15,9 @@
 namespace nerivane::cli {
 namespace {
 
-
 // Message boxes become lines on standard error, and are kept for the JSON.
 class CliMessageSink : public MessageSink {
-public:
+  public:
     explicit CliMessageSink(std::ostream& err) : err_(err) {}
     void ShowMessage(const std::string& text, const std::string& caption) override {
         err_ << caption << ": " << text << "\n";
@@ -26,16 +25,16 @@ public:
     }
     std::vector<std::string> texts;
 
-private:
+  private:
     std::ostream& err_;
 };
 
 class CliMathErrorLog : public MathErrorLog {
-public:
+  public:
     explicit CliMathErrorLog(std::ostream& err) : err_(err) {}
     void AppendLine(const std::string& line) override { err_ << "math error: " << line << "\n"; }
 
-private:
+  private:
     std::ostream& err_;
 };
 
@@ -43,7 +42,7 @@ private:
 // that in-process callers (tests) are left as they were.
 template <typename Sink, void (*Install)(Sink*)>
 class ScopedInstall {
-public:
+  public:
     explicit ScopedInstall(Sink* sink) { Install(sink); }
     ~ScopedInstall() { Install(nullptr); }
     ScopedInstall(const ScopedInstall&) = delete;
@@ -84,11 +83,9 @@ void WritePrototypeListing(const DesignState& state, const CalculationResult& re
 }  // namespace
 
 int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    CLI::App app{"Designs an active op-amp filter and writes what is asked for.",
-                 "nerivane-cli"};
+    CLI::App app{"Designs an active op-amp filter and writes what is asked for.", "nerivane-cli"};
     Options options;
-    app.add_option("--response", options.response,
-                   "Response family: " + JoinNames(ResponseNames));
+    app.add_option("--response", options.response, "Response family: " + JoinNames(ResponseNames));
     app.add_option("--poles", options.poles, "Number of poles (1 to 20; 10 for band pass)");
     app.add_option("--ripple", options.ripple, "Pass-band ripple in dB (Chebyshev, Papoulis)");
     app.add_option("--gamma", options.gamma, "Adjustable Gauss argument, -1 to 1");

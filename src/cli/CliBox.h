@@ -10,9 +10,9 @@
 namespace nerivane::cli {
 
 class CliBox : public TextBox {
-public:
-    CliBox(std::string name, std::string text) : TextBox(text), name_(std::move(name)),
-                                                 typed_(std::move(text)) {}
+  public:
+    CliBox(std::string name, std::string text)
+        : TextBox(text), name_(std::move(name)), typed_(std::move(text)) {}
     // What the user typed; the adjuster may rewrite the text afterwards.
     void Type(const std::string& text) {
         typed_ = text;
@@ -21,7 +21,7 @@ public:
     const std::string& Name() const { return name_; }
     const std::string& Typed() const { return typed_; }
 
-private:
+  private:
     std::string name_;
     std::string typed_;
 };

@@ -56,10 +56,10 @@ json DesignJson(const DesignState& s) {
     design["section_gain"] = s.SectionGain;
     design["plot_top_db"] = s.PlotTopDb;
     design["mode"] = ModeName(s.Tolerance);
-    design["res_tol"] = ToleranceFraction(s.ResistorToleranceText,
-                                          std::size(s.ResistorToleranceText));
-    design["cap_tol"] = ToleranceFraction(s.CapacitorToleranceText,
-                                          std::size(s.CapacitorToleranceText));
+    design["res_tol"] =
+        ToleranceFraction(s.ResistorToleranceText, std::size(s.ResistorToleranceText));
+    design["cap_tol"] =
+        ToleranceFraction(s.CapacitorToleranceText, std::size(s.CapacitorToleranceText));
     design["ideal_opamp"] = s.IdealOpAmp != 0;
     design["gbw_hz"] = s.OpAmpGainBandwidth;
     design["ro_ohm"] = s.OpAmpOutputResistance;

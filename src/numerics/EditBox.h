@@ -8,7 +8,7 @@
 namespace nerivane {
 
 class EditBox {
-public:
+  public:
     virtual ~EditBox() = default;
     virtual std::string Text() const = 0;
     virtual void SetText(const std::string& text) = 0;
@@ -19,7 +19,7 @@ public:
 // The simplest box: a string and a flag. Used where no widget exists (the command line's
 // defaults, tests) and as the base of richer boxes.
 class TextBox : public EditBox {
-public:
+  public:
     TextBox() = default;
     explicit TextBox(std::string text) : text_(std::move(text)) {}
     std::string Text() const override { return text_; }
@@ -27,7 +27,7 @@ public:
     void SetRepaired(bool repaired) override { repaired_ = repaired; }
     bool Repaired() const { return repaired_; }
 
-private:
+  private:
     std::string text_;
     bool repaired_ = false;
 };

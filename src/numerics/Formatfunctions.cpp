@@ -170,26 +170,16 @@ ParsedInt ParseInt32(std::string_view text) {
 
 std::string PrefixFor(int exponent) {
     switch (exponent) {
-        case 9:
-            return "G";
-        case 6:
-            return "M";
-        case 3:
-            return "k";
-        case 0:
-            return "";
-        case -3:
-            return "m";
-        case -6:
-            return "u";
-        case -9:
-            return "n";
-        case -12:
-            return "p";
-        case -15:
-            return "f";
-        default:
-            return "E" + std::to_string(exponent);
+        case 9: return "G";
+        case 6: return "M";
+        case 3: return "k";
+        case 0: return "";
+        case -3: return "m";
+        case -6: return "u";
+        case -9: return "n";
+        case -12: return "p";
+        case -15: return "f";
+        default: return "E" + std::to_string(exponent);
     }
 }
 

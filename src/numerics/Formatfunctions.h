@@ -54,8 +54,8 @@ std::string FormatGeneral(double x, int significantDigits);
 
 double EditBoxToDouble(EditBox& box, const std::string& minText, const std::string& defaultText,
                        const std::string& maxText);
-std::int32_t EditBoxToInt(EditBox& box, const std::string& minText,
-                          const std::string& defaultText, const std::string& maxText);
+std::int32_t EditBoxToInt(EditBox& box, const std::string& minText, const std::string& defaultText,
+                          const std::string& maxText);
 
 std::int32_t NearestInt(double x);
 // Forgets that NearestInt has already reported an overflow; for tests only.

@@ -39,10 +39,8 @@ Decision Decide(const MathErrorRecord& record) {
             return {Outcome::SideStepped, powOrLog10 ? HugeReplacement : 1.0};
         case static_cast<int>(MathErrorType::Underflow):
             return {Outcome::SideStepped, powOrLog10 ? TinyReplacement : 1.0};
-        case static_cast<int>(MathErrorType::TotalLoss):
-            return {Outcome::SideStepped, 1.0};
-        default:
-            return {Outcome::NothingDone, 0.0};
+        case static_cast<int>(MathErrorType::TotalLoss): return {Outcome::SideStepped, 1.0};
+        default: return {Outcome::NothingDone, 0.0};
     }
 }
 
@@ -66,9 +64,13 @@ MathErrorLog* installed = nullptr;
 
 }  // namespace
 
-MathErrorLog& MathErrors() { return installed ? *installed : DefaultLog(); }
+MathErrorLog& MathErrors() {
+    return installed ? *installed : DefaultLog();
+}
 
-void InstallMathErrorLog(MathErrorLog* log) { installed = log; }
+void InstallMathErrorLog(MathErrorLog* log) {
+    installed = log;
+}
 
 int HandleMathError(MathErrorRecord& record) {
     const Decision decision = Decide(record);
@@ -89,8 +91,7 @@ int HandleMathError(MathErrorRecord& record) {
             log.AppendLine("Math Error was Corrected. ReturnValue = " +
                            FormatGeneral(record.returnValue, 15));
             return 1;
-        case Outcome::NothingDone:
-            break;
+        case Outcome::NothingDone: break;
     }
     log.AppendLine("Nothing was done with the error.");
     return 0;
@@ -105,7 +106,8 @@ double ReportMathError(MathErrorType type, const char* name, double arg1, double
 
 double CheckedPowSlow(double x, double y, double result) {
     if (std::isnan(x) || std::isnan(y)) return result;
-    if (x == 0.0 && y < 0.0) return ReportMathError(MathErrorType::Singularity, "pow", x, y, result);
+    if (x == 0.0 && y < 0.0)
+        return ReportMathError(MathErrorType::Singularity, "pow", x, y, result);
     if (std::isnan(result)) return ReportMathError(MathErrorType::Domain, "pow", x, y, result);
     if (std::isinf(result) && std::isfinite(x) && std::isfinite(y))
         return ReportMathError(MathErrorType::Overflow, "pow", x, y, result);

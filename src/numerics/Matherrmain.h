@@ -8,11 +8,17 @@
 
 namespace nerivane {
 
-enum class MathErrorType { Domain = 1, Singularity = 2, Overflow = 3, Underflow = 4, TotalLoss = 5 };
+enum class MathErrorType {
+    Domain = 1,
+    Singularity = 2,
+    Overflow = 3,
+    Underflow = 4,
+    TotalLoss = 5
+};
 
 struct MathErrorRecord {
-    int type;            // a MathErrorType value; anything else is an unknown type
-    std::string name;    // the failing function, lower case: "log", "pow", ...
+    int type;          // a MathErrorType value; anything else is an unknown type
+    std::string name;  // the failing function, lower case: "log", "pow", ...
     double arg1;
     double arg2;
     double returnValue;  // the library's proposed result; replaced when the error is handled
@@ -21,13 +27,13 @@ struct MathErrorRecord {
 // Receives the two lines written for each error. The window appends them to its memo and
 // brings itself up; the default log only keeps them.
 class MathErrorLog {
-public:
+  public:
     virtual ~MathErrorLog() = default;
     virtual void AppendLine(const std::string& line) = 0;
 };
 
 class RecordingMathErrorLog : public MathErrorLog {
-public:
+  public:
     void AppendLine(const std::string& line) override { lines.push_back(line); }
     std::vector<std::string> lines;
 };

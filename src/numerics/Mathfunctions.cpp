@@ -6,9 +6,13 @@
 
 namespace nerivane {
 
-double ComplexAbs(double re, double im) { return CheckedSqrt(re * re + im * im); }
+double ComplexAbs(double re, double im) {
+    return CheckedSqrt(re * re + im * im);
+}
 
-Complex ComplexSquare(double re, double im) { return {re * re - im * im, 2.0 * re * im}; }
+Complex ComplexSquare(double re, double im) {
+    return {re * re - im * im, 2.0 * re * im};
+}
 
 double ComplexToDb(double re, double im) {
     // Clamping keeps the squares finite: 1e10 squared twice still fits in a double.

@@ -10,12 +10,18 @@ struct Complex {
     double im = 0.0;
 };
 
-inline Complex operator+(Complex a, Complex b) { return {a.re + b.re, a.im + b.im}; }
-inline Complex operator-(Complex a, Complex b) { return {a.re - b.re, a.im - b.im}; }
+inline Complex operator+(Complex a, Complex b) {
+    return {a.re + b.re, a.im + b.im};
+}
+inline Complex operator-(Complex a, Complex b) {
+    return {a.re - b.re, a.im - b.im};
+}
 inline Complex operator*(Complex a, Complex b) {
     return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
 }
-inline Complex Conjugate(Complex a) { return {a.re, -a.im}; }
+inline Complex Conjugate(Complex a) {
+    return {a.re, -a.im};
+}
 
 inline constexpr double Pi = 3.141592653589793;
 inline constexpr double HalfPi = 1.5707963267948966;
@@ -31,7 +37,11 @@ double Factorial(int n);
 double ClampDouble(double lo, double x, double hi);
 int ClampInt(int lo, int x, int hi);
 
-inline double ComplexAbs(Complex z) { return ComplexAbs(z.re, z.im); }
-inline double ComplexAngleDeg(Complex z) { return ComplexAngleDeg(z.re, z.im); }
+inline double ComplexAbs(Complex z) {
+    return ComplexAbs(z.re, z.im);
+}
+inline double ComplexAngleDeg(Complex z) {
+    return ComplexAngleDeg(z.re, z.im);
+}
 
 }  // namespace nerivane

@@ -12,10 +12,16 @@ MessageSink* installed = nullptr;
 
 }  // namespace
 
-MessageSink& Messages() { return installed ? *installed : DefaultSink(); }
+MessageSink& Messages() {
+    return installed ? *installed : DefaultSink();
+}
 
-void InstallMessageSink(MessageSink* sink) { installed = sink; }
+void InstallMessageSink(MessageSink* sink) {
+    installed = sink;
+}
 
-void ShowMessage(const std::string& text) { Messages().ShowMessage(text, "Nerivane"); }
+void ShowMessage(const std::string& text) {
+    Messages().ShowMessage(text, "Nerivane");
+}
 
 }  // namespace nerivane

@@ -9,14 +9,14 @@
 namespace nerivane {
 
 class MessageSink {
-public:
+  public:
     virtual ~MessageSink() = default;
     virtual void ShowMessage(const std::string& text, const std::string& caption) = 0;
 };
 
 // Keeps every message in order; the default sink until a front end installs its own.
 class RecordingMessageSink : public MessageSink {
-public:
+  public:
     struct Message {
         std::string text;
         std::string caption;

@@ -114,7 +114,8 @@ double NormaliseCorner(int sectionCount, ProtoSections& s) {
             denominatorPower *= denRe * denRe + denIm * denIm;
         }
         corner = w;
-        const double magnitude = std::fabs(dcFactor) * CheckedSqrt(numeratorPower / denominatorPower);
+        const double magnitude =
+            std::fabs(dcFactor) * CheckedSqrt(numeratorPower / denominatorPower);
         if (magnitude < 0.7071 || k + 1 >= GridLimit) break;
     }
 

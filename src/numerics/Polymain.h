@@ -26,9 +26,9 @@ struct ProtoSections {
 void ResetSections(ProtoSections& sections);
 
 struct PrototypeResult {
-    int sectionCount = 0;         // sections formed; fewer than ceil(N/2) if roots were lost
-    const char* note = nullptr;   // the root finder's report note, if it stopped early
-    double cornerScale = 1.0;     // factor the corner normalisation applied (1 if none)
+    int sectionCount = 0;        // sections formed; fewer than ceil(N/2) if roots were lost
+    const char* note = nullptr;  // the root finder's report note, if it stopped early
+    double cornerScale = 1.0;    // factor the corner normalisation applied (1 if none)
 };
 
 PrototypeResult BuildPrototype(int responseIndex, int numPoles, double ripple, double gamma,

@@ -10,7 +10,9 @@ namespace nerivane {
 namespace {
 
 // The pole angles shared by Butterworth and Chebyshev: t_k = (2k + 1) * (pi/2) / N.
-double PoleAngle(int k, int n) { return (2 * k + 1) * HalfPi / n; }
+double PoleAngle(int k, int n) {
+    return (2 * k + 1) * HalfPi / n;
+}
 
 void Clear(std::span<double, MaxFamilyPolynomialSize> coefficients) {
     for (double& c : coefficients) c = 0.0;

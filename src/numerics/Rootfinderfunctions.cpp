@@ -1,7 +1,7 @@
 #include "numerics/Rootfinderfunctions.h"
 
-#include <array>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
 
@@ -13,11 +13,11 @@ namespace {
 
 // The program's constants for the three-stage method.
 constexpr double Eta = 2.220446049250313e-16;       // machine precision
-constexpr double AddError = Eta;                     // relative error of an addition
-constexpr double MulError = Eta;                     // relative error of a multiplication
-constexpr double Infin = 1.7e307;                    // kept below DBL_MAX on purpose
-constexpr double Smalno = 2.2250738585072014e-308;   // smallest normal double
-constexpr double ScaleThreshold = Smalno / Eta;      // 2^-970
+constexpr double AddError = Eta;                    // relative error of an addition
+constexpr double MulError = Eta;                    // relative error of a multiplication
+constexpr double Infin = 1.7e307;                   // kept below DBL_MAX on purpose
+constexpr double Smalno = 2.2250738585072014e-308;  // smallest normal double
+constexpr double ScaleThreshold = Smalno / Eta;     // 2^-970
 constexpr double RotationDeg = 94.0;
 constexpr int ShiftAttempts = 20;
 constexpr int NoShiftSteps = 5;
@@ -42,10 +42,10 @@ QuadraticRoots SolveQuadratic(double a, double b, double c) {
     if (std::fabs(halfB) < std::fabs(c)) {
         const double signedA = c < 0.0 ? -a : a;
         discriminant = halfB * (halfB / std::fabs(c)) - signedA;
-        root = std::sqrt(std::fabs(discriminant)) * std::sqrt(std::fabs(c));
+        root = CheckedSqrt(std::fabs(discriminant)) * CheckedSqrt(std::fabs(c));
     } else {
         discriminant = 1.0 - (a / halfB) * (c / halfB);
-        root = std::sqrt(std::fabs(discriminant)) * std::fabs(halfB);
+        root = CheckedSqrt(std::fabs(discriminant)) * std::fabs(halfB);
     }
     if (discriminant < 0.0) {
         const double re = -halfB / a;
@@ -80,11 +80,11 @@ Remainder DivideByQuadratic(int n, double u, double v, const Buffer& p, Buffer& 
 // The working state of one search: the deflated polynomial p, the shift polynomial k, the
 // current quadratic factor z^2 + u*z + v and the scalars that tie them together.
 class ThreeStageSearch {
-public:
+  public:
     RootFinderResult Run(std::span<const double> coefficients, int degree,
                          std::span<double> realParts, std::span<double> imagParts);
 
-private:
+  private:
     enum class ScalarKind { DividesEvenly, NearlyDividesByD, NearlyDividesByC };
 
     void Deliver(double re, double im) {
@@ -137,7 +137,7 @@ RootFinderResult ThreeStageSearch::Run(std::span<const double> coefficients, int
     const double rotation = RotationDeg * Pi / 180.0;
     const double cosRotation = std::cos(rotation);
     const double sinRotation = std::sin(rotation);
-    double directionX = std::sqrt(0.5);
+    double directionX = CheckedSqrt(0.5);
     double directionY = -directionX;
 
     while (n_ > 2) {
@@ -362,11 +362,10 @@ int ThreeStageSearch::QuadraticIteration(double uStart, double vStart) {
         const Remainder remainder = DivideByQuadratic(n_, u_, v_, p_, qp_);
         a_ = remainder.a;
         b_ = remainder.b;
-        const double magnitude =
-            std::fabs(a_ - smallRe_ * b_) + std::fabs(smallIm_ * b_);
+        const double magnitude = std::fabs(a_ - smallRe_ * b_) + std::fabs(smallIm_ * b_);
 
         // A bound on the rounding error of evaluating p at the root.
-        const double zm = std::sqrt(std::fabs(v_));
+        const double zm = CheckedSqrt(std::fabs(v_));
         const double t = -smallRe_ * b_;
         double bound = 2.0 * std::fabs(qp_[0]);
         for (int i = 1; i < n_; ++i) bound = bound * zm + std::fabs(qp_[i]);
@@ -381,7 +380,7 @@ int ThreeStageSearch::QuadraticIteration(double uStart, double vStart) {
             // Stalled with small steps: probably a cluster of roots. Nudge the factor and run
             // a few fixed-shift steps before resuming.
             if (relativeStep < Eta) relativeStep = Eta;
-            relativeStep = std::sqrt(relativeStep);
+            relativeStep = CheckedSqrt(relativeStep);
             u_ -= u_ * relativeStep;
             v_ += v_ * relativeStep;
             const Remainder nudged = DivideByQuadratic(n_, u_, v_, p_, qp_);
@@ -552,14 +551,15 @@ void EvaluateWithSlope(std::span<const double> p, int degree, std::complex<doubl
 // A few Newton steps on the original polynomial restore them. A polished root is kept only if
 // it stays well inside its neighbourhood (so it cannot jump to another root) and its residual
 // did not grow; conjugate pairs stay exact conjugates.
-void PolishRoots(std::span<const double> p, int degree, std::span<double> re,
-                 std::span<double> im, int count) {
+void PolishRoots(std::span<const double> p, int degree, std::span<double> re, std::span<double> im,
+                 int count) {
     for (int i = 0; i < count; ++i) {
         const std::complex<double> start(re[i], im[i]);
         if (start == 0.0) continue;
         double nearest = INFINITY;
         for (int j = 0; j < count; ++j) {
-            if (j != i) nearest = std::min(nearest, std::abs(std::complex<double>(re[j], im[j]) - start));
+            if (j != i)
+                nearest = std::min(nearest, std::abs(std::complex<double>(re[j], im[j]) - start));
         }
         std::complex<double> value, slope;
         EvaluateWithSlope(p, degree, start, value, slope);
@@ -575,8 +575,8 @@ void PolishRoots(std::span<const double> p, int degree, std::span<double> re,
         if (!stayedNear || !(std::abs(value) <= startResidual) || !std::isfinite(z.real()) ||
             !std::isfinite(z.imag()))
             continue;
-        const bool pairedWithNext = im[i] != 0.0 && i + 1 < count && im[i + 1] == -im[i] &&
-                                    re[i + 1] == re[i];
+        const bool pairedWithNext =
+            im[i] != 0.0 && i + 1 < count && im[i + 1] == -im[i] && re[i + 1] == re[i];
         re[i] = z.real();
         im[i] = im[i] == 0.0 ? 0.0 : z.imag();
         if (pairedWithNext) {

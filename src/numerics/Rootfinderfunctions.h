@@ -15,8 +15,8 @@ inline constexpr const char* NoConvergenceNote =
     "Failed because of no convergence after 20 shifts.";
 
 struct RootFinderResult {
-    int count = 0;                // roots delivered; fewer than the degree when the search failed
-    const char* note = nullptr;   // one of the two notes above for the report, or nullptr
+    int count = 0;               // roots delivered; fewer than the degree when the search failed
+    const char* note = nullptr;  // one of the two notes above for the report, or nullptr
 };
 
 // coefficients holds degree + 1 values, highest power first; realParts and imagParts receive

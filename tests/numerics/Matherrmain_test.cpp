@@ -10,7 +10,7 @@ namespace nerivane {
 namespace {
 
 class MathErrors : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override { InstallMathErrorLog(&log); }
     void TearDown() override { InstallMathErrorLog(nullptr); }
     RecordingMathErrorLog log;

@@ -142,7 +142,8 @@ TEST(BuildPrototype, ButterworthSectionsAreTheClosedForm) {
         std::sort(expected.rbegin(), expected.rend());
         const std::vector<double> actual = SortedDampings(s, count);
         ASSERT_EQ(actual.size(), expected.size());
-        for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_NEAR(actual[i], expected[i], 1e-12);
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            EXPECT_NEAR(actual[i], expected[i], 1e-12);
         for (int i = 0; i < count; ++i) EXPECT_NEAR(s.DenS0[i], 1.0, 1e-12) << "N=" << n;
     }
 }
@@ -159,8 +160,7 @@ TEST(BuildPrototype, ChebyshevSectionsAreTheClosedFormRescaled) {
             if (ripple >= 0.5 && n >= 16) continue;  // beyond the ripple adjuster's limit
             const double a = std::asinh(1.0 / e) / n;
             const double dcLevel = 1.0 + (n % 2 == 0 ? e * e : 0.0);
-            const double cornerT =
-                std::sqrt(dcLevel / (CornerLevel * CornerLevel) - 1.0) / e;
+            const double cornerT = std::sqrt(dcLevel / (CornerLevel * CornerLevel) - 1.0) / e;
             const double exactCorner = std::cosh(std::acosh(cornerT) / n);
             std::vector<std::pair<double, double>> expected;  // damping, w0
             for (int k = 0; k < n / 2; ++k) {
@@ -176,8 +176,8 @@ TEST(BuildPrototype, ChebyshevSectionsAreTheClosedFormRescaled) {
             ProtoSections s;
             const int count = BuildPrototype(Chebyshev, n, ripple, 0.0, s).sectionCount;
             ASSERT_EQ(count, static_cast<int>(expected.size()));
-            const double gridCorner = expected[0].second /
-                                      (s.DenS2[0] == 0.0 ? s.DenS0[0] : std::sqrt(s.DenS0[0]));
+            const double gridCorner =
+                expected[0].second / (s.DenS2[0] == 0.0 ? s.DenS0[0] : std::sqrt(s.DenS0[0]));
             EXPECT_GE(gridCorner, exactCorner - 1e-12) << ripple << " N=" << n;
             EXPECT_LT(gridCorner, exactCorner + GridStep) << ripple << " N=" << n;
             for (int i = 0; i < count; ++i) {

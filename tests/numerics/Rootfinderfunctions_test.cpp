@@ -187,8 +187,7 @@ TEST(RootFinder, RandomPolynomialsRoundTripThroughTheirRoots) {
         const Found found = Solve(coefficients);
         ASSERT_EQ(found.result.count, degree) << "degree " << degree;
         for (const auto& root : expected) {
-            const double tolerance =
-                std::max(1e-9, Bound * ConditionNumber(coefficients, root));
+            const double tolerance = std::max(1e-9, Bound * ConditionNumber(coefficients, root));
             EXPECT_LT(WorstRelativeMiss({root}, found.roots), tolerance)
                 << "degree " << degree << " root " << root;
         }

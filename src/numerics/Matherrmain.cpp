@@ -4,6 +4,7 @@
 
 #include "numerics/CheckedMath.h"
 #include "numerics/Formatfunctions.h"
+#include "numerics/InstalledSink.h"
 
 namespace nerivane {
 namespace {
@@ -55,21 +56,19 @@ const char* TypeWord(int type) {
     }
 }
 
-RecordingMathErrorLog& DefaultLog() {
-    static RecordingMathErrorLog log;
-    return log;
+InstalledSink<MathErrorLog, RecordingMathErrorLog>& Slot() {
+    static InstalledSink<MathErrorLog, RecordingMathErrorLog> slot;
+    return slot;
 }
-
-MathErrorLog* installed = nullptr;
 
 }  // namespace
 
 MathErrorLog& MathErrors() {
-    return installed ? *installed : DefaultLog();
+    return Slot().Get();
 }
 
 void InstallMathErrorLog(MathErrorLog* log) {
-    installed = log;
+    Slot().Install(log);
 }
 
 int HandleMathError(MathErrorRecord& record) {

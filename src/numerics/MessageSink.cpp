@@ -1,23 +1,23 @@
 #include "numerics/MessageSink.h"
 
+#include "numerics/InstalledSink.h"
+
 namespace nerivane {
 namespace {
 
-RecordingMessageSink& DefaultSink() {
-    static RecordingMessageSink sink;
-    return sink;
+InstalledSink<MessageSink, RecordingMessageSink>& Slot() {
+    static InstalledSink<MessageSink, RecordingMessageSink> slot;
+    return slot;
 }
-
-MessageSink* installed = nullptr;
 
 }  // namespace
 
 MessageSink& Messages() {
-    return installed ? *installed : DefaultSink();
+    return Slot().Get();
 }
 
 void InstallMessageSink(MessageSink* sink) {
-    installed = sink;
+    Slot().Install(sink);
 }
 
 void ShowMessage(const std::string& text) {

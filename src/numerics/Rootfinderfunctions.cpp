@@ -87,10 +87,14 @@ class ThreeStageSearch {
   private:
     enum class ScalarKind { DividesEvenly, NearlyDividesByD, NearlyDividesByC };
 
-    void Deliver(double re, double im) {
+    // A root beyond the range of doubles cannot be delivered; the search then ends as if it
+    // had not converged, keeping the roots found so far.
+    bool Deliver(double re, double im) {
+        if (!std::isfinite(re) || !std::isfinite(im)) return false;
         realParts_[found_] = re;
         imagParts_[found_] = im;
         ++found_;
+        return true;
     }
     void ScaleCoefficients();
     double LowerRootBound() const;
@@ -162,20 +166,20 @@ RootFinderResult ThreeStageSearch::Run(std::span<const double> coefficients, int
         }
         if (converged == 0) return {found_, NoConvergenceNote};
 
-        Deliver(smallRe_, smallIm_);
-        if (converged == 2) Deliver(largeRe_, largeIm_);
+        if (!Deliver(smallRe_, smallIm_)) return {found_, NoConvergenceNote};
+        if (converged == 2 && !Deliver(largeRe_, largeIm_)) return {found_, NoConvergenceNote};
         n_ -= converged;
         for (int i = 0; i <= n_; ++i) p_[i] = qp_[i];
     }
 
+    bool delivered;
     if (n_ == 1) {
-        Deliver(-p_[1] / p_[0], 0.0);
+        delivered = Deliver(-p_[1] / p_[0], 0.0);
     } else {
         const QuadraticRoots roots = SolveQuadratic(p_[0], p_[1], p_[2]);
-        Deliver(roots.smallRe, roots.smallIm);
-        Deliver(roots.largeRe, roots.largeIm);
+        delivered = Deliver(roots.smallRe, roots.smallIm) && Deliver(roots.largeRe, roots.largeIm);
     }
-    return {found_, nullptr};
+    return {found_, delivered ? nullptr : NoConvergenceNote};
 }
 
 // Multiplies the coefficients by a power of two so that the smallest ones stay well above

@@ -194,5 +194,29 @@ TEST(RootFinder, RandomPolynomialsRoundTripThroughTheirRoots) {
     }
 }
 
+// Property: whatever the coefficients (random signs, magnitudes from 1e-300 to 1e300, zeros,
+// any degree up to the limit) the finder returns, never delivers more roots than the degree,
+// and delivers only finite values.
+TEST(RootFinder, ArbitraryCoefficientsNeverHangOrOverrun) {
+    std::mt19937 generator(2024);
+    std::uniform_int_distribution<int> degreeOf(1, MaxRootFinderDegree);
+    std::uniform_real_distribution<double> exponent(-300.0, 300.0);
+    std::uniform_int_distribution<int> kind(0, 9);
+    for (int trial = 0; trial < 300; ++trial) {
+        const int degree = degreeOf(generator);
+        std::vector<double> coefficients(degree + 1);
+        for (double& c : coefficients) {
+            const int k = kind(generator);
+            c = k == 0 ? 0.0 : (k % 2 ? 1.0 : -1.0) * std::pow(10.0, exponent(generator));
+        }
+        const Found found = Solve(coefficients);
+        ASSERT_LE(found.result.count, degree);
+        ASSERT_GE(found.result.count, 0);
+        for (const auto& r : found.roots) {
+            ASSERT_TRUE(std::isfinite(r.real()) && std::isfinite(r.imag())) << trial;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace nerivane

@@ -1,12 +1,19 @@
 // One calculation from the parameter boxes to the finished design: the boxes are read into
-// the record (repairing bad entries), then the prototype and its sections are built. Every
+// the record (repairing bad entries), the prototype and its sections are built, every
+// section's parts are computed, the sweep is laid out and the circuit is simulated. Every
 // front end (window, command line, tests) runs exactly this.
 #pragma once
 
+#include <array>
+#include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "app/DesignState.h"
+#include "circuit/Circuitanalysis.h"
+#include "circuit/Componentsettings.h"
+#include "circuit/Valuecalculations.h"
 #include "numerics/EditBox.h"
 #include "numerics/Polymain.h"
 
@@ -16,27 +23,69 @@ namespace nerivane {
 struct ParameterBoxes {
     EditBox& numPoles;
     EditBox& ripple;
+    EditBox& f0;
+    EditBox& bandWidth;
+    EditBox& gain;
     EditBox& gamma;
+    EditBox& section;
     EditBox& phaseThreshold;
+    EditBox& gainBandwidthMHz;
+    EditBox& outputResistance;
+    EditBox& worstCaseRuns;
 };
 
-// The default texts the boxes start with.
-inline constexpr const char* DefaultNumPolesText = "3";
-inline constexpr const char* DefaultRippleText = "0.2";
-inline constexpr const char* DefaultGammaText = "0.0";
-inline constexpr const char* DefaultPhaseThresholdText = "20";
+// The texts the boxes start with.
+struct DefaultBoxTexts {
+    static constexpr const char* NumPoles = "3";
+    static constexpr const char* Ripple = "0.2";
+    static constexpr const char* F0 = "5";
+    static constexpr const char* BandWidth = "2";
+    static constexpr const char* Gain = "0";
+    static constexpr const char* Gamma = "0.0";
+    static constexpr const char* Section = "0";
+    static constexpr const char* PhaseThreshold = "20";
+    static constexpr const char* GainBandwidthMHz = "10";
+    static constexpr const char* OutputResistance = "10";
+    static constexpr const char* WorstCaseRuns = "100";
+};
 
-struct CalculationResult {
+// Everything a calculation produces besides the record itself. It lives as long as the
+// design on screen: a band-pass section whose split fails keeps its previous parts.
+struct DesignResults {
     PrototypeResult prototype;
-    std::vector<std::string> reportNotes;  // lines the report memo receives
+    SectionComponents parts{};
+    SectionPanelHints hints;
+    OpAmpLabels opAmpLabels;
+    std::string toleranceLabel;
     std::string gammaLabel;
+    std::vector<std::string> reportNotes;  // lines the report receives
+    int points = PlotPoints;
+    std::array<double, MaxResponsePoints> frequencies{};
+    std::array<Complex, MaxResponsePoints> response{};
 };
 
 // Which families use the ripple and gamma boxes (the others show them disabled).
 bool RippleEnabled(std::int32_t responseIndex);
 bool GammaEnabled(std::int32_t responseIndex);
 
-void GatherInputs(DesignState& state, ParameterBoxes& boxes);
-CalculationResult Calculate(DesignState& state, ParameterBoxes& boxes);
+// FreqMin, FreqMax and the 1024-point axis of the sweep; the first point is always a tenth
+// of the second.
+void LayOutFrequencyAxis(DesignState& state, std::span<double> axis);
+
+// Reads every box into the record and the component settings. The tolerance classes in
+// settings are the front end's choice; the mode, op amp and runs are read here.
+void GatherInputs(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
+                  DesignResults& results);
+
+struct CalculationOptions {
+    // One simulation run only, as when a capacitor or the section is stepped.
+    bool singlePass = false;
+    // Called after every simulation run with the run number (not in a single pass).
+    std::function<void(int run)> perRun;
+};
+
+void Calculate(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
+               DesignResults& results, ToleranceRandom& random,
+               const CalculationOptions& options = {});
 
 }  // namespace nerivane

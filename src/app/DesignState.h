@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "circuit/Componentsettings.h"
 #include "numerics/Polymain.h"
 
 namespace nerivane {
@@ -27,7 +28,6 @@ enum TopologyIndexValue : std::int32_t {
     VcvsNotch = 6,
 };
 
-enum class ToleranceMode : std::int32_t { Exact = 0, Standard = 1, WorstCase = 2 };
 enum class ReadOutMode : std::int32_t { GraphPosition = 0, ValueAtFrequency = 1 };
 enum class MagnitudeMode : std::int32_t { Db = 0, Linear = 1 };
 enum class PhaseMode : std::int32_t { Plain = 0, Hilbert = 1 };
@@ -95,6 +95,7 @@ struct DesignState {
     std::uint8_t Reserved[272];  // room for later fields; written as zeros
 };
 
+static_assert(sizeof(ToleranceMode) == 4);
 static_assert(std::is_standard_layout_v<DesignState>);
 static_assert(std::is_trivially_copyable_v<DesignState>);
 static_assert(sizeof(DesignState) == DesignRecordSize);

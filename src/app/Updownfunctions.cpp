@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "numerics/CheckedMath.h"
 #include "numerics/Formatfunctions.h"
 #include "numerics/Mathfunctions.h"
 #include "numerics/Protofunctions.h"
@@ -33,6 +34,38 @@ void ReadRipple(DesignState& state, EditBox& box) {
     const double ripple = EditBoxToDouble(box, "0.000", "0.20", maximum);
     box.SetText(FormatFixed(ripple, 3));
     state.Ripple = ClampDouble(0.001, ripple, 2.0);
+}
+
+void ReadF0(DesignState& state, EditBox& box) {
+    const double kilohertz = EditBoxToDouble(box, ".001", "1.0", "1.0E5");
+    box.SetText(FormatFixed(kilohertz, 3));
+    state.F0 = kilohertz * 1000.0;
+}
+
+void ReadBandWidth(DesignState& state, EditBox& box) {
+    const double kilohertz = EditBoxToDouble(box, ".01", "1.0", "1.0E5");
+    box.SetText(FormatFixed(kilohertz, 3));
+    state.BandWidth = kilohertz * 1000.0;
+}
+
+double PlotTopForGain(std::int32_t numSections, double gainDb) {
+    const auto total = static_cast<std::int32_t>(numSections * gainDb + 7.0);
+    return 10.0 * (total / 10) + 10.0;
+}
+
+void ReadGain(DesignState& state, EditBox& box) {
+    // Only the inverting stages can attenuate; a VCVS stage's gain is at least 1.
+    const bool inverting = state.TopologyIndex == MfbLowPass || state.TopologyIndex == MfbHighPass;
+    const double gainDb = EditBoxToDouble(box, inverting ? "-20.0" : "0", "0", "20.0");
+    box.SetText(FormatFixed(gainDb, 3));
+    state.PlotTopDb = PlotTopForGain(state.NumSections, gainDb);
+    state.SectionGain = CheckedPow(10.0, 0.05 * gainDb);
+}
+
+void ReadSection(DesignState& state, EditBox& box) {
+    const std::int32_t section = EditBoxToInt(box, "0", "1", std::to_string(state.NumSections - 1));
+    box.SetText(std::to_string(section));
+    state.SelectedSection = section;
 }
 
 void ReadGamma(DesignState& state, EditBox& box) {

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "app/Initializevars.h"
 #include "cli/Names.h"
 #include "numerics/CheckedMath.h"
 
@@ -20,26 +19,19 @@ const char* ModeName(ToleranceMode mode) {
     return "exact";
 }
 
-// "10 %" -> 0.1: the record keeps tolerance classes as their button captions.
-double ToleranceFraction(const char16_t* text, std::size_t units) {
-    const std::string caption = ReadRecordText(text, units);
-    int percent = 0;
-    for (char c : caption) {
-        if (c < '0' || c > '9') break;
-        percent = percent * 10 + (c - '0');
-    }
-    return percent / 100.0;
+// NaN and infinities have no JSON number; everything else is written as the double it is.
+json Number(double value) {
+    return std::isfinite(value) ? json(value) : json(nullptr);
 }
 
 json Numbers(const double* values, int count) {
     json array = json::array();
-    for (int i = 0; i < count; ++i) array.push_back(values[i]);
+    for (int i = 0; i < count; ++i) array.push_back(Number(values[i]));
     return array;
 }
 
-}  // namespace
-
-json DesignJson(const DesignState& s) {
+json DesignJson(const CliOutcome& o) {
+    const DesignState& s = o.state;
     json design;
     design["topology"] = NameOfIndex(TopologyNames, s.TopologyIndex);
     design["topology_index"] = s.TopologyIndex;
@@ -48,54 +40,85 @@ json DesignJson(const DesignState& s) {
     design["poles"] = s.NumPoles;
     design["sections"] = s.NumSections;
     design["selected_section"] = s.SelectedSection;
-    design["f0_hz"] = s.F0;
-    design["bandwidth_hz"] = s.BandWidth;
-    design["ripple_db"] = s.Ripple;
-    design["gamma"] = s.Gamma;
-    design["gain_db"] = 20.0 * CheckedLog10(s.SectionGain);
-    design["section_gain"] = s.SectionGain;
-    design["plot_top_db"] = s.PlotTopDb;
+    design["f0_hz"] = Number(s.F0);
+    design["bandwidth_hz"] = Number(s.BandWidth);
+    design["ripple_db"] = Number(s.Ripple);
+    design["gamma"] = Number(s.Gamma);
+    design["gain_db"] = Number(20.0 * CheckedLog10(s.SectionGain));
+    design["section_gain"] = Number(s.SectionGain);
+    design["plot_top_db"] = Number(s.PlotTopDb);
     design["mode"] = ModeName(s.Tolerance);
-    design["res_tol"] =
-        ToleranceFraction(s.ResistorToleranceText, std::size(s.ResistorToleranceText));
-    design["cap_tol"] =
-        ToleranceFraction(s.CapacitorToleranceText, std::size(s.CapacitorToleranceText));
+    design["res_tol"] = o.settings.resistorClass.fraction;
+    design["cap_tol"] = o.settings.capacitorClass.fraction;
     design["ideal_opamp"] = s.IdealOpAmp != 0;
-    design["gbw_hz"] = s.OpAmpGainBandwidth;
-    design["ro_ohm"] = s.OpAmpOutputResistance;
-    design["runs"] = 1;
+    design["gbw_hz"] = Number(s.OpAmpGainBandwidth);
+    design["ro_ohm"] = Number(s.OpAmpOutputResistance);
+    design["runs"] = s.Tolerance == ToleranceMode::WorstCase ? o.settings.worstCaseRuns : 1;
     design["sweep_index"] = s.SweepIndex;
-    design["threshold_db"] = s.PhaseThreshold;
+    design["threshold_db"] = Number(s.PhaseThreshold);
     design["c1_f"] = Numbers(s.SectionC1, MaxSections);
     design["c2_f"] = Numbers(s.SectionC2, MaxSections);
     return design;
 }
 
-json PrototypeJson(const DesignState& s, const CalculationResult& result) {
+json PrototypeJson(const CliOutcome& o) {
     json sections = json::array();
-    const ProtoSections& p = s.Sections;
-    for (int i = 0; i < result.prototype.sectionCount; ++i) {
-        sections.push_back({{"den_s2", p.DenS2[i]},
-                            {"den_s1", p.DenS1[i]},
-                            {"den_s0", p.DenS0[i]},
-                            {"num_s2", p.NumS2[i]},
-                            {"num_s1", p.NumS1[i]},
-                            {"num_s0", p.NumS0[i]}});
+    const ProtoSections& p = o.state.Sections;
+    for (int i = 0; i < o.results.prototype.sectionCount; ++i) {
+        sections.push_back({{"den_s2", Number(p.DenS2[i])},
+                            {"den_s1", Number(p.DenS1[i])},
+                            {"den_s0", Number(p.DenS0[i])},
+                            {"num_s2", Number(p.NumS2[i])},
+                            {"num_s1", Number(p.NumS1[i])},
+                            {"num_s0", Number(p.NumS0[i])}});
     }
     return sections;
 }
 
-json ResultJson(const DesignState& state, const CalculationResult& result,
-                const std::vector<Repair>& repairs, const std::vector<std::string>& messages) {
+json ComponentsJson(const CliOutcome& o) {
+    json sections = json::array();
+    for (int i = 0; i < o.state.NumSections && i < MaxSections; ++i) {
+        const WorkingComponents c = o.results.parts.Section(i);
+        sections.push_back({{"R1", Number(c.R1)},
+                            {"R2", Number(c.R2)},
+                            {"R3", Number(c.R3)},
+                            {"R4", Number(c.R4)},
+                            {"C1", Number(c.C1)},
+                            {"C2", Number(c.C2)}});
+    }
+    return sections;
+}
+
+json ResponseJson(const CliOutcome& o) {
+    json re = json::array();
+    json im = json::array();
+    for (const Complex& h : o.nominalResponse) {
+        re.push_back(Number(h.re));
+        im.push_back(Number(h.im));
+    }
+    return {{"re", re}, {"im", im}};
+}
+
+}  // namespace
+
+json ResultJson(const CliOutcome& o) {
     json root;
-    root["design"] = DesignJson(state);
-    json repairList = json::array();
-    for (const Repair& repair : repairs)
-        repairList.push_back(
+    root["design"] = DesignJson(o);
+    json repairs = json::array();
+    for (const Repair& repair : o.repairs)
+        repairs.push_back(
             {{"box", repair.box}, {"typed", repair.typed}, {"repaired", repair.repaired}});
-    root["repairs"] = repairList;
-    root["messages"] = messages;
-    root["prototype"] = PrototypeJson(state, result);
+    root["repairs"] = repairs;
+    root["messages"] = o.messages;
+    root["prototype"] = PrototypeJson(o);
+    root["components"] = ComponentsJson(o);
+    root["frequency_hz"] = Numbers(o.results.frequencies.data(), o.results.points);
+    root["response"] = ResponseJson(o);
+    if (o.worstCase) {
+        root["worst_case"] = {{"runs", o.worstCase->runs},
+                              {"mag_db_min", Numbers(o.worstCase->dbMin.data(), PlotPoints)},
+                              {"mag_db_max", Numbers(o.worstCase->dbMax.data(), PlotPoints)}};
+    }
     return root;
 }
 

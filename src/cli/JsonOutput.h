@@ -1,8 +1,10 @@
 // The command line's JSON result: the design as calculated, the repairs made to its boxes,
-// the messages raised and the prototype sections. Doubles keep every bit; NaN and infinities
-// become null.
+// the messages raised, the prototype sections, the parts of every section, the sweep and the
+// nominal response, and in worst-case mode the dB envelope over the runs. Doubles keep every
+// bit; NaN and infinities become null.
 #pragma once
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -19,10 +21,23 @@ struct Repair {
     std::string repaired;
 };
 
-nlohmann::json DesignJson(const DesignState& state);
-nlohmann::json PrototypeJson(const DesignState& state, const CalculationResult& result);
-nlohmann::json ResultJson(const DesignState& state, const CalculationResult& result,
-                          const std::vector<Repair>& repairs,
-                          const std::vector<std::string>& messages);
+// The dB magnitude range met at each point over all runs of a worst-case analysis.
+struct WorstCaseEnvelope {
+    int runs = 0;
+    std::array<double, PlotPoints> dbMin{};
+    std::array<double, PlotPoints> dbMax{};
+};
+
+struct CliOutcome {
+    const DesignState& state;
+    const DesignResults& results;
+    const ComponentSettings& settings;
+    const std::array<Complex, PlotPoints>& nominalResponse;  // run 0
+    const WorstCaseEnvelope* worstCase;                      // null unless in worst-case mode
+    std::vector<Repair> repairs;
+    std::vector<std::string> messages;
+};
+
+nlohmann::json ResultJson(const CliOutcome& outcome);
 
 }  // namespace nerivane::cli

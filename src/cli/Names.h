@@ -14,6 +14,11 @@ inline constexpr std::array<std::string_view, 7> TopologyNames = {
 inline constexpr std::array<std::string_view, 6> ResponseNames = {
     "butterworth", "chebyshev", "papoulis", "bessel", "gaussian", "adjustable-gauss"};
 
+inline constexpr std::array<std::string_view, 6> SweepNames = {
+    "linear", "half-to-double", "two-octaves", "three-octaves", "one-decade", "two-decades"};
+
+inline constexpr std::array<std::string_view, 3> ModeNames = {"exact", "standard", "worst"};
+
 // The index of name in names, if it is there.
 template <std::size_t N>
 std::optional<int> IndexOfName(const std::array<std::string_view, N>& names,

@@ -1,0 +1,68 @@
+// The simulation of the circuit as built: every section's response at every frequency of
+// the sweep, multiplied into the filter's response, once for exact or standard values or
+// once per tolerance run in worst-case mode, with the op amp's gain falling with frequency.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+
+#include "circuit/Components.h"
+#include "circuit/Componentsettings.h"
+#include "numerics/Mathfunctions.h"
+
+namespace nerivane {
+
+inline constexpr int PlotPoints = 1024;
+inline constexpr int MaxResponsePoints = 4096;
+
+// The op amp's real open-loop gain at f hertz: GBW/f above 100 Hz, flat below, at most 1e5.
+double OpenLoopGain(double gainBandwidth, double f);
+
+// Multiplies one section's response into response[k] for every frequency.
+void SimulateSection(int topology, const WorkingComponents& parts, double gainBandwidth,
+                     double outputResistance, std::span<const double> frequencies,
+                     std::span<Complex> response);
+
+// The same with the op amp's gain held at a constant A (what a SPICE comparison can express).
+void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double gain,
+                           double outputResistance, std::span<const double> frequencies,
+                           std::span<Complex> response);
+
+// The random draws of the tolerance runs: a seedable generator, so the same seed gives the
+// same runs.
+class ToleranceRandom {
+  public:
+    explicit ToleranceRandom(std::uint32_t seed = 1) : state_(seed) {}
+    // Uniform in 0 .. 200.
+    int Next();
+
+  private:
+    std::uint64_t state_;
+};
+
+// Moves each part uniformly over 201 levels within its tolerance, in the order R1 .. R4, C1, C2.
+WorkingComponents Perturb(const WorkingComponents& parts, double resistorTolerance,
+                          double capacitorTolerance, ToleranceRandom& random);
+
+struct SimulationInputs {
+    int topology = 0;
+    int numSections = 1;
+    const SectionComponents* parts = nullptr;
+    const ComponentSettings* settings = nullptr;
+    std::span<const double> frequencies;
+    // One run only (the nominal circuit), as when a capacitor or the section is stepped.
+    bool singlePass = false;
+};
+
+// Runs the simulation into response (frequencies.size() points). In worst-case mode it runs
+// settings->worstCaseRuns times, run 0 the nominal circuit, and calls perRun with the run
+// number after every run (not in a single pass).
+void Simulate(const SimulationInputs& inputs, std::span<Complex> response, ToleranceRandom& random,
+              const std::function<void(int run)>& perRun);
+
+// The reference design's grid: npts points from the sweep's start (1 Hz for the linear
+// sweep), linear or logarithmic, the end itself never reached.
+void ReferenceFrequencyGrid(int sweepIndex, double f0, std::span<double> frequencies);
+
+}  // namespace nerivane

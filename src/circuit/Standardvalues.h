@@ -1,0 +1,36 @@
+// Standard component values: one grid of mantissas (the E24 series with three interpolated
+// points between neighbours) from which every series is taken by a stride, and the rounding
+// of any value to the nearest member of a series.
+#pragma once
+
+#include <array>
+
+namespace nerivane {
+
+inline constexpr int StdValueGridSize = 110;
+extern const std::array<double, StdValueGridSize> StdValueGrid;
+
+// A tolerance class: the fraction a part may deviate and the stride through the grid that
+// gives its series (20 % -> E6, 10 % -> E12, 5 % -> E24, 2 % and 1 % -> the interpolated grid).
+struct ToleranceClass {
+    int percent;
+    double fraction;
+    int stride;
+};
+
+inline constexpr std::array<ToleranceClass, 5> ToleranceClasses = {{
+    {20, 0.2, 16},
+    {10, 0.1, 8},
+    {5, 0.05, 4},
+    {2, 0.02, 2},
+    {1, 0.01, 1},
+}};
+
+// The class of a percentage (1, 2, 5, 10 or 20), or nullptr.
+const ToleranceClass* ToleranceClassOf(int percent);
+
+// x rounded to the nearest value of the series with this stride; 0 and negative values (and
+// so the absent-part marker) come back unchanged. Ties go to the smaller value.
+double NearestStdValue(int stride, double x);
+
+}  // namespace nerivane

@@ -1,0 +1,60 @@
+#include "cli/SiValue.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+namespace nerivane::cli {
+namespace {
+
+bool EqualIgnoringCase(std::string_view a, std::string_view b) {
+    if (a.size() != b.size()) return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c; };
+        if (lower(a[i]) != lower(b[i])) return false;
+    }
+    return true;
+}
+
+std::optional<double> PrefixFactor(char prefix) {
+    switch (prefix) {
+        case 'f': return 1e-15;
+        case 'p': return 1e-12;
+        case 'n': return 1e-9;
+        case 'u': return 1e-6;
+        case 'm': return 1e-3;
+        case 'k': return 1e3;
+        case 'M': return 1e6;
+        case 'G': return 1e9;
+        default: return std::nullopt;
+    }
+}
+
+}  // namespace
+
+std::optional<double> ParseSiValue(std::string_view text, std::string_view unit) {
+    const char* begin = text.data();
+    const char* end = text.data() + text.size();
+    if (begin != end && *begin == '+') ++begin;  // from_chars takes no plus sign
+    double value = 0.0;
+    const auto [rest, error] = std::from_chars(begin, end, value);
+    if (error != std::errc() || rest == begin || !std::isfinite(value)) return std::nullopt;
+    std::string_view suffix(rest, static_cast<std::size_t>(end - rest));
+    // "10F" is ten farads but "10f" ten femtofarads: the unit written exactly wins, then a
+    // prefix, then the unit in any letter case ("5hz").
+    if (suffix.empty() || suffix == unit) return value;
+    if (const std::optional<double> factor = PrefixFactor(suffix.front())) {
+        const std::string_view after = suffix.substr(1);
+        if (after.empty() || EqualIgnoringCase(after, unit)) return value * *factor;
+    }
+    if (EqualIgnoringCase(suffix, unit)) return value;
+    return std::nullopt;
+}
+
+std::string ExactText(double value) {
+    char buffer[32];
+    std::snprintf(buffer, sizeof buffer, "%.17g", value);
+    return buffer;
+}
+
+}  // namespace nerivane::cli

@@ -16,18 +16,29 @@ bool EqualIgnoringCase(std::string_view a, std::string_view b) {
     return true;
 }
 
-std::optional<double> PrefixFactor(char prefix) {
+std::optional<int> PrefixExponent(char prefix) {
     switch (prefix) {
-        case 'f': return 1e-15;
-        case 'p': return 1e-12;
-        case 'n': return 1e-9;
-        case 'u': return 1e-6;
-        case 'm': return 1e-3;
-        case 'k': return 1e3;
-        case 'M': return 1e6;
-        case 'G': return 1e9;
+        case 'f': return -15;
+        case 'p': return -12;
+        case 'n': return -9;
+        case 'u': return -6;
+        case 'm': return -3;
+        case 'k': return 3;
+        case 'M': return 6;
+        case 'G': return 9;
         default: return std::nullopt;
     }
+}
+
+// "22" with the prefix n read as the one decimal number 22e-9, so that 22n is exactly the
+// double 22e-9 rather than 22 * 1e-9.
+double ApplyExponent(std::string_view number, double value, int exponent) {
+    if (number.find_first_of("eE") != std::string_view::npos)
+        return value * std::pow(10.0, exponent);
+    const std::string scaled = std::string(number) + "e" + std::to_string(exponent);
+    double result = value;
+    std::from_chars(scaled.data(), scaled.data() + scaled.size(), result);
+    return result;
 }
 
 }  // namespace
@@ -43,9 +54,11 @@ std::optional<double> ParseSiValue(std::string_view text, std::string_view unit)
     // "10F" is ten farads but "10f" ten femtofarads: the unit written exactly wins, then a
     // prefix, then the unit in any letter case ("5hz").
     if (suffix.empty() || suffix == unit) return value;
-    if (const std::optional<double> factor = PrefixFactor(suffix.front())) {
+    if (const std::optional<int> exponent = PrefixExponent(suffix.front())) {
         const std::string_view after = suffix.substr(1);
-        if (after.empty() || EqualIgnoringCase(after, unit)) return value * *factor;
+        const std::string_view number(begin, static_cast<std::size_t>(rest - begin));
+        if (after.empty() || EqualIgnoringCase(after, unit))
+            return ApplyExponent(number, value, *exponent);
     }
     if (EqualIgnoringCase(suffix, unit)) return value;
     return std::nullopt;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -52,6 +53,13 @@ TEST(Cli, UsageErrorsExitWithStatusTwoAndWriteNothing) {
         {{"--response", "foo"}, "--response"},
         {{"--frobnicate"}, "frobnicate"},
         {{"--poles"}, "--poles"},
+        {{"--topology", "lowpass"}, "--topology"},
+        {{"--mode", "best"}, "--mode"},
+        {{"--res-tol", "3"}, "--res-tol"},
+        {{"--c1", "big"}, "--c1"},
+        {{"--opamp", "fast"}, "--opamp"},
+        {{"--seed", "-1"}, "--seed"},
+        {{"--sweep", "octave"}, "--sweep"},
     };
     for (const UsageCase& c : cases) {
         const CliRun run = RunWith(c.args);
@@ -105,12 +113,77 @@ TEST(Cli, PrototypeNumbersSurviveTheJsonRoundTrip) {
     }
 }
 
+TEST(Cli, DesignOptionsSetTheBoxesTheyName) {
+    const nlohmann::json result =
+        JsonOf({"--topology", "mfb-bpf",     "--response",  "bessel", "--poles",   "4",
+                "--f0",       "2.2kHz",      "--bw",        "500",    "--gain-db", "6",
+                "--c1",       "10n,22n",     "--c2",        "4.7nF",  "--mode",    "standard",
+                "--res-tol",  "5",           "--cap-tol",   "20",     "--opamp",   "10M,50",
+                "--sweep",    "two-decades", "--threshold", "-40"});
+    const nlohmann::json& design = result["design"];
+    EXPECT_EQ(design["topology_index"], 5);
+    EXPECT_EQ(design["response_index"], 3);
+    EXPECT_EQ(design["sections"], 4);
+    EXPECT_EQ(design["f0_hz"], 2200.0);
+    EXPECT_EQ(design["bandwidth_hz"], 500.0);
+    EXPECT_NEAR(design["gain_db"].get<double>(), 6.0, 1e-12);
+    EXPECT_EQ(design["c1_f"][0], 10e-9);
+    EXPECT_EQ(design["c1_f"][1], 22e-9);
+    EXPECT_EQ(design["c1_f"][2], 1e-10);  // a list sets only the sections it names
+    EXPECT_EQ(design["c2_f"][19], 4.7e-9);
+    EXPECT_EQ(design["mode"], "standard");
+    EXPECT_EQ(design["res_tol"], 0.05);
+    EXPECT_EQ(design["cap_tol"], 0.2);
+    EXPECT_EQ(design["ideal_opamp"], false);
+    EXPECT_EQ(design["gbw_hz"], 1e7);
+    EXPECT_EQ(design["ro_ohm"], 50.0);
+    EXPECT_EQ(design["sweep_index"], 5);
+    EXPECT_EQ(design["threshold_db"], -40.0);
+    EXPECT_EQ(result["components"].size(), 4u);
+    EXPECT_EQ(result["frequency_hz"].size(), 1024u);
+    EXPECT_EQ(result["response"]["re"].size(), 1024u);
+    EXPECT_FALSE(result.contains("worst_case"));
+    EXPECT_EQ(result["components"][0]["R4"], -1e50);  // MFB stages have no R4
+}
+
+TEST(Cli, WorstCaseAddsTheEnvelopeAroundTheNominalResponse) {
+    const nlohmann::json result = JsonOf({"--mode", "worst", "--runs", "20", "--seed", "5"});
+    ASSERT_TRUE(result.contains("worst_case"));
+    EXPECT_EQ(result["worst_case"]["runs"], 20);
+    EXPECT_EQ(result["design"]["runs"], 20);
+    const nlohmann::json& re = result["response"]["re"];
+    const nlohmann::json& im = result["response"]["im"];
+    for (int k = 0; k < 1024; k += 97) {
+        const double db = 10.0 * std::log10(re[k].get<double>() * re[k].get<double>() +
+                                            im[k].get<double>() * im[k].get<double>());
+        EXPECT_LE(result["worst_case"]["mag_db_min"][k].get<double>(), db + 1e-9);
+        EXPECT_GE(result["worst_case"]["mag_db_max"][k].get<double>(), db - 1e-9);
+    }
+    EXPECT_EQ(JsonOf({"--mode", "worst", "--runs", "20", "--seed", "5"}), result);
+}
+
+TEST(Cli, SiValuesAreConvertedAndOtherTextIsRepairedByTheBox) {
+    EXPECT_EQ(JsonOf({"--f0", "1.5M"})["design"]["f0_hz"], 1.5e6);
+    EXPECT_EQ(JsonOf({"--f0", "250"})["design"]["f0_hz"], 250.0);
+    const nlohmann::json repaired = JsonOf({"--f0", "fast"});
+    ASSERT_EQ(repaired["repairs"].size(), 1u);
+    EXPECT_EQ(repaired["repairs"][0]["box"], "F0Box");
+    EXPECT_EQ(repaired["design"]["f0_hz"], 1000.0);
+}
+
 TEST(Cli, GammaOutOfRangeIsClampedAndReported) {
     const nlohmann::json result = JsonOf({"--gamma", "1.5"});
     EXPECT_EQ(result["design"]["gamma"], 1.0);
     ASSERT_EQ(result["repairs"].size(), 1u);
     EXPECT_EQ(result["repairs"][0]["box"], "GammaBox");
     EXPECT_EQ(result["repairs"][0]["repaired"], "1.00");
+}
+
+TEST(Cli, SpiceNetlistGoesToStandardOutput) {
+    const CliRun run = RunWith({"--topology", "notch", "--poles", "2", "--spice", "-"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find(".ac"), std::string::npos);
+    EXPECT_NE(run.out.find(".end"), std::string::npos);
 }
 
 TEST(Cli, UnwritableJsonFileExitsWithStatusOne) {

@@ -1,0 +1,150 @@
+#include "app/Calculationdriver.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <memory>
+
+#include "app/Initializevars.h"
+#include "numerics/MessageSink.h"
+
+namespace nerivane {
+namespace {
+
+struct Boxes {
+    TextBox numPoles{DefaultBoxTexts::NumPoles}, ripple{DefaultBoxTexts::Ripple},
+        f0{DefaultBoxTexts::F0}, bandWidth{DefaultBoxTexts::BandWidth}, gain{DefaultBoxTexts::Gain},
+        gamma{DefaultBoxTexts::Gamma}, section{DefaultBoxTexts::Section},
+        threshold{DefaultBoxTexts::PhaseThreshold}, gbw{DefaultBoxTexts::GainBandwidthMHz},
+        ro{DefaultBoxTexts::OutputResistance}, runs{DefaultBoxTexts::WorstCaseRuns};
+    ParameterBoxes Parameters() {
+        return {numPoles, ripple, f0, bandWidth, gain, gamma, section, threshold, gbw, ro, runs};
+    }
+};
+
+struct Axis {
+    int sweep;
+    double f0;
+    double first;  // f[1]
+    double last;   // f[1023]
+};
+
+TEST(LayOutFrequencyAxis, FirstPointIsATenthOfTheSecondAndTheEndIsNeverReached) {
+    // clang-format off
+    const Axis cases[] = {
+        {0, 5000.0, 1.0 + 9999.0 / 1024.0, 1.0 + 1023.0 * 9999.0 / 1024.0},
+        {0, 1000.0, 1.0 + 1999.0 / 1024.0, 1.0 + 1023.0 * 1999.0 / 1024.0},
+        {4, 5000.0, 500.0 * std::pow(100.0, 1.0 / 1024.0), 500.0 * std::pow(100.0, 1023.0 / 1024.0)},
+        {4, 1000.0, 100.0 * std::pow(100.0, 1.0 / 1024.0), 100.0 * std::pow(100.0, 1023.0 / 1024.0)},
+        {1, 1000.0, 500.0 * std::pow(4.0, 1.0 / 1024.0),   500.0 * std::pow(4.0, 1023.0 / 1024.0)},
+    };
+    // clang-format on
+    for (const Axis& c : cases) {
+        DesignState state = DefaultDesignState();
+        state.SweepIndex = c.sweep;
+        state.F0 = c.f0;
+        std::array<double, PlotPoints> axis;
+        LayOutFrequencyAxis(state, axis);
+        EXPECT_NEAR(axis[1], c.first, 1e-9 * c.first) << c.sweep;
+        EXPECT_EQ(axis[0], 0.1 * axis[1]) << c.sweep;
+        EXPECT_NEAR(axis[1023], c.last, 1e-9 * c.last) << c.sweep;
+        EXPECT_LT(axis[1023], state.FreqMax);
+    }
+}
+
+TEST(Calculate, StartUpDesignIsAThreePoleLowPassOverOneDecade) {
+    DesignState state = DefaultDesignState();
+    Boxes boxes;
+    ParameterBoxes parameters = boxes.Parameters();
+    ComponentSettings settings;
+    auto results = std::make_unique<DesignResults>();
+    ToleranceRandom random;
+    Calculate(state, parameters, settings, *results, random);
+    EXPECT_EQ(state.NumSections, 2);
+    EXPECT_EQ(state.FreqMin, 500.0);
+    EXPECT_EQ(state.FreqMax, 50000.0);
+    EXPECT_EQ(state.PhaseThreshold, -20.0);
+    EXPECT_EQ(results->prototype.sectionCount, 2);
+    EXPECT_EQ(results->opAmpLabels.bandwidth, "BW 100 MHz");
+    EXPECT_EQ(results->toleranceLabel, "C 10%   R 1%");
+    EXPECT_EQ(boxes.f0.Text(), "5.000");
+    EXPECT_NEAR(std::hypot(results->response[0].re, results->response[0].im), 1.0, 1e-3);
+}
+
+// Every topology, family (including the three that build nothing), order, sweep and mode,
+// with the boxes at their limits, runs to the end: parts are numbers or markers, response
+// points are numbers or NaN.
+TEST(Calculate, EveryCombinationAtTheLimitsRunsToTheEnd) {
+    struct Extreme {
+        const char *f0, *bw, *gain, *ripple, *gamma;
+        double c1, c2;
+        bool ideal;
+    };
+    // clang-format off
+    const Extreme extremes[] = {
+        {"0.001",  "0.01",   "20",  "2",   "1",  1e-13, 1e-13, true},
+        {"1.0E5",  "1.0E5",  "-20", "0",   "-1", 1.0,   1.0,   false},
+        {"5",      "0.01",   "0",   "1",   "0",  1e-12, 1e-3,  false},
+        {"100",    "1.0E5",  "20",  "0.1", "0.5",1e-6,  1e-12, true},
+    };
+    // clang-format on
+    RecordingMessageSink sink;
+    InstallMessageSink(&sink);
+    auto results = std::make_unique<DesignResults>();
+    int index = 0;
+    for (int topology = 0; topology <= 6; ++topology) {
+        for (int family = 0; family <= 8; ++family) {
+            for (const char* poles : {"1", "2", "3", "4", "7", "10", "11", "19", "20"}) {
+                for (const Extreme& e : extremes) {
+                    ++index;
+                    DesignState state = DefaultDesignState();
+                    state.TopologyIndex = topology;
+                    state.ResponseIndex = family;
+                    state.SweepIndex = index % 6;
+                    state.Tolerance = static_cast<ToleranceMode>(index % 3);
+                    state.IdealOpAmp = e.ideal;
+                    for (int i = 0; i < MaxSections; ++i) {
+                        state.SectionC1[i] = e.c1;
+                        state.SectionC2[i] = e.c2;
+                    }
+                    Boxes boxes;
+                    boxes.numPoles.SetText(poles);
+                    boxes.f0.SetText(e.f0);
+                    boxes.bandWidth.SetText(e.bw);
+                    boxes.gain.SetText(e.gain);
+                    boxes.ripple.SetText(e.ripple);
+                    boxes.gamma.SetText(e.gamma);
+                    boxes.runs.SetText("2");
+                    boxes.gbw.SetText(index % 2 ? "0.001" : "100");
+                    boxes.ro.SetText(index % 2 ? "1.0E4" : "0");
+                    ParameterBoxes parameters = boxes.Parameters();
+                    ComponentSettings settings;
+                    settings.capacitorClass = ToleranceClasses[index % 5];
+                    settings.resistorClass = ToleranceClasses[(index / 5) % 5];
+                    ToleranceRandom random(index);
+                    int runs = 0;
+                    CalculationOptions options;
+                    options.perRun = [&](int) { ++runs; };
+                    Calculate(state, parameters, settings, *results, random, options);
+
+                    ASSERT_EQ(runs, state.Tolerance == ToleranceMode::WorstCase ? 2 : 1);
+                    for (int s = 0; s < state.NumSections; ++s) {
+                        const WorkingComponents c = results->parts.Section(s);
+                        for (double v : {c.R1, c.R2, c.R3, c.R4, c.C1, c.C2})
+                            ASSERT_FALSE(std::isinf(v))
+                                << topology << " " << family << " " << poles;
+                    }
+                    for (int k = 0; k < PlotPoints; ++k) {
+                        ASSERT_FALSE(std::isinf(results->frequencies[k]));
+                        ASSERT_GT(results->frequencies[k], 0.0);
+                    }
+                }
+            }
+        }
+    }
+    InstallMessageSink(nullptr);
+}
+
+}  // namespace
+}  // namespace nerivane

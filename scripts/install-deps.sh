@@ -7,6 +7,7 @@ packages=(
   cmake ninja-build g++ make clang-format
   libgtest-dev libbenchmark-dev
   libcli11-dev nlohmann-json3-dev
+  ngspice
 )
 
 missing=()

@@ -6,8 +6,12 @@
 #include <cmath>
 #include <vector>
 
+#include "circuit/Sectionresponses.h"
+
 namespace nerivane {
 namespace {
+
+constexpr double TwoPiForTest = 6.283185307179586;
 
 TEST(OpenLoopGain, FlatBelowOneHundredHertzFallingAboveCappedAtOneHundredThousand) {
     // clang-format off
@@ -142,6 +146,41 @@ TEST(Simulate, IdealOpAmpStillShowsFallingGain) {
                            std::hypot(infinite[0].re, infinite[0].im) -
                        1.0),
               1e-3);
+}
+
+// The sweep loop sets each section up once, its coefficients as lines in the op amp's gain;
+// that must agree with evaluating the section afresh at every point.
+TEST(SimulateSection, AgreesWithThePointByPointResponse) {
+    // clang-format off
+    const struct { int topology; WorkingComponents parts; } sections[] = {
+        {0, {10e3, 22e3, OpenMarker, 0.0, 1e-9, 4.7e-9}},  {0, {10e3, 22e3, 47e3, 47e3, 1e-9, 4.7e-9}},
+        {0, {15e3, 0.0, OpenMarker, 0.0, 1e-8, OpenMarker}}, {1, {11e3, 11e3, 45e3, AbsentMarker, 2.2e-9, 22e-9}},
+        {2, {33e3, 8e3, 20e3, 20e3, 1e-8, 1e-8}},          {2, {OpenMarker, 15e3, OpenMarker, 0.0, 1e-8, 1e-8}},
+        {3, {7.5e3, 34e3, AbsentMarker, AbsentMarker, 1e-8, 1e-8}},
+        {4, {106e3, 11e3, 22e3, 45e3, 1e-8, AbsentMarker}}, {5, {53e3, 687.0, 154e3, AbsentMarker, 1e-8, 22e-9}},
+        {6, {7958.0, 31830.0, 6366.0, AbsentMarker, 1e-8, 2e-8}},
+    };
+    // clang-format on
+    std::vector<double> f;
+    for (int k = 0; k < 200; ++k) f.push_back(std::pow(10.0, 0.5 + k * 0.03));
+    for (const auto& section : sections) {
+        for (double ro : {0.0, 10.0, 1e3}) {
+            std::vector<Complex> swept(f.size(), Complex{1.0, 0.0});
+            SimulateSection(section.topology, section.parts, 1e7, ro, f, swept);
+            std::vector<Complex> fixed(f.size(), Complex{1.0, 0.0});
+            SimulateSectionAtGain(section.topology, section.parts, 1e9, ro, f, fixed);
+            for (std::size_t k = 0; k < f.size(); ++k) {
+                const double w = TwoPiForTest * f[k];
+                const Complex a = SectionResponse(section.topology, section.parts, w,
+                                                  OpenLoopGain(1e7, f[k]), ro);
+                const Complex b = SectionResponse(section.topology, section.parts, w, 1e9, ro);
+                EXPECT_NEAR(swept[k].re, a.re, 1e-11 * std::hypot(a.re, a.im));
+                EXPECT_NEAR(swept[k].im, a.im, 1e-11 * std::hypot(a.re, a.im));
+                EXPECT_NEAR(fixed[k].re, b.re, 1e-11 * std::hypot(b.re, b.im));
+                EXPECT_NEAR(fixed[k].im, b.im, 1e-11 * std::hypot(b.re, b.im));
+            }
+        }
+    }
 }
 
 TEST(ReferenceFrequencyGrid, LinearStartsAtOneHertzAndNoSweepReachesItsEnd) {

@@ -164,6 +164,26 @@ void ApplyOpAmp(const Options& options, DesignState& state, CliBoxes& boxes) {
     TypeScaled(boxes.outputResistance, text.substr(comma + 1), "ohm", 1.0);
 }
 
+// "mag10,phase": the plot check boxes that are ticked.
+void ApplyTraces(const Options& options, DesignState& state) {
+    const std::array<std::int32_t*, 5> boxes = {&state.PlotMag, &state.PlotMag1dB, &state.PlotPhase,
+                                                &state.PlotGroupDelay, &state.PlotPulse};
+    for (std::int32_t* box : boxes) *box = 0;
+    std::string_view rest = options.Get("--traces");
+    while (true) {
+        const std::size_t comma = rest.find(',');
+        const std::string_view item = rest.substr(0, comma);
+        const std::optional<int> index = IndexOfName(TraceNames, item);
+        if (!index) {
+            throw UsageError("--traces: \"" + std::string(item) + "\" is not one of " +
+                             JoinNames(TraceNames));
+        }
+        *boxes[*index] = 1;
+        if (comma == std::string_view::npos) break;
+        rest.remove_prefix(comma + 1);
+    }
+}
+
 std::uint32_t SeedOption(const Options& options) {
     std::uint32_t seed = 0;
     const std::string& text = options.Get("--seed");
@@ -185,6 +205,11 @@ void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
     if (options.Has("--res-tol")) settings.resistorClass = ToleranceOption(options, "--res-tol");
     if (options.Has("--cap-tol")) settings.capacitorClass = ToleranceOption(options, "--cap-tol");
     if (options.Has("--opamp")) ApplyOpAmp(options, state, boxes);
+    if (options.Has("--traces")) ApplyTraces(options, state);
+    if (options.Has("--mag"))
+        state.Magnitude = static_cast<MagnitudeMode>(NamedIndex(options, "--mag", MagnitudeNames));
+    if (options.Has("--phase"))
+        state.Phase = static_cast<PhaseMode>(NamedIndex(options, "--phase", PhaseNames));
     if (options.Has("--c1")) SetCapacitors(options, "--c1", state.SectionC1);
     if (options.Has("--c2")) SetCapacitors(options, "--c2", state.SectionC2);
 
@@ -263,6 +288,9 @@ const char* const ValueOptions[][2] = {
     {"--seed", "Seed of the random tolerance draws (default 1)"},
     {"--sweep", "linear, half-to-double, two-octaves, three-octaves, one-decade, two-decades"},
     {"--threshold", "Phase plot threshold in dB"},
+    {"--traces", "Traces shown, of mag10, mag1, phase, gd, pulse (default mag10)"},
+    {"--mag", "Magnitude scale: db or linear"},
+    {"--phase", "Phase trace: plain or hilbert"},
     {"--json", "Write the result as JSON to FILE, or - for standard output"},
     {"--spice", "Write a SPICE netlist of the cascade to FILE, or - for standard output"},
 };

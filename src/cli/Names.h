@@ -19,6 +19,12 @@ inline constexpr std::array<std::string_view, 6> SweepNames = {
 
 inline constexpr std::array<std::string_view, 3> ModeNames = {"exact", "standard", "worst"};
 
+// In the order of the plot check boxes: 10 dB and 1 dB magnitude, phase, group delay, pulse.
+inline constexpr std::array<std::string_view, 5> TraceNames = {"mag10", "mag1", "phase", "gd",
+                                                               "pulse"};
+inline constexpr std::array<std::string_view, 2> MagnitudeNames = {"db", "linear"};
+inline constexpr std::array<std::string_view, 2> PhaseNames = {"plain", "hilbert"};
+
 // The index of name in names, if it is there.
 template <std::size_t N>
 std::optional<int> IndexOfName(const std::array<std::string_view, N>& names,

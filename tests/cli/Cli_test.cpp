@@ -60,6 +60,9 @@ TEST(Cli, UsageErrorsExitWithStatusTwoAndWriteNothing) {
         {{"--opamp", "fast"}, "--opamp"},
         {{"--seed", "-1"}, "--seed"},
         {{"--sweep", "octave"}, "--sweep"},
+        {{"--traces", "mag10,delay"}, "--traces"},
+        {{"--mag", "log"}, "--mag"},
+        {{"--phase", "unwrapped"}, "--phase"},
     };
     for (const UsageCase& c : cases) {
         const CliRun run = RunWith(c.args);

@@ -8,6 +8,7 @@ packages=(
   libgtest-dev libbenchmark-dev
   libcli11-dev nlohmann-json3-dev
   ngspice
+  qt6-base-dev fonts-dejavu-core
 )
 
 missing=()

@@ -1,9 +1,14 @@
 #include "app/Calculationdriver.h"
 
+#include <algorithm>
+
 #include "app/Initializevars.h"
 #include "app/Updownfunctions.h"
 #include "numerics/CheckedMath.h"
 #include "numerics/Protofunctions.h"
+#include "response/Fftfunctions.h"
+#include "response/Magphasefunctions.h"
+#include "response/Valuesreport.h"
 
 namespace nerivane {
 namespace {
@@ -30,15 +35,29 @@ void RecordToleranceTexts(DesignState& state, const ComponentSettings& settings)
                     ToleranceCaption(settings.resistorClass));
 }
 
+// The traces of one run; the nominal run also keeps its response and, when the pulse box is
+// ticked and usable, gets its square-pulse response.
+void MakeRunTraces(int run, const DesignState& state, const ComponentSettings& settings,
+                   DesignResults& results, std::span<const Complex> response) {
+    const std::span<const double> axis(results.frequencies.data(), results.points);
+    Traces& traces = run == 0 ? results.traces : results.runTraces;
+    ComputeTraces(response, axis, state.PhaseThreshold, state.TopologyIndex, state.NumSections,
+                  traces);
+    traces.hasPulse = false;
+    if (run != 0) return;
+    std::copy(response.begin(), response.end(), results.response.begin());
+    if (state.PlotPulse && state.Tolerance != ToleranceMode::WorstCase) {
+        PulseInputs pulse;
+        pulse.topology = state.TopologyIndex;
+        pulse.numSections = state.NumSections;
+        pulse.f0 = state.F0;
+        pulse.parts = &results.parts;
+        pulse.settings = &settings;
+        CalcPulseResponse(pulse, traces);
+    }
+}
+
 }  // namespace
-
-bool RippleEnabled(std::int32_t responseIndex) {
-    return responseIndex == Chebyshev || responseIndex == Papoulis;
-}
-
-bool GammaEnabled(std::int32_t responseIndex) {
-    return responseIndex == AdjustableGauss;
-}
 
 void LayOutFrequencyAxis(DesignState& state, std::span<double> axis) {
     const int index = state.SweepIndex >= 0 && state.SweepIndex <= 5 ? state.SweepIndex : 4;
@@ -59,13 +78,14 @@ void LayOutFrequencyAxis(DesignState& state, std::span<double> axis) {
 void GatherInputs(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
                   DesignResults& results) {
     // Poles first: the ripple limit depends on the order, the gain scale on the sections.
-    ReadNumPoles(state, boxes.numPoles);
-    ReadRipple(state, boxes.ripple);
-    ReadF0(state, boxes.f0);
-    ReadBandWidth(state, boxes.bandWidth);
-    ReadGain(state, boxes.gain);
-    ReadGamma(state, boxes.gamma);
-    ReadSection(state, boxes.section);
+    AdjustNumPoles(state, boxes.numPoles);
+    AdjustRipple(state, boxes.ripple);
+    AdjustF0(state, boxes.f0);
+    AdjustBandWidth(state, boxes.bandWidth);
+    AdjustGain(state, boxes.gain);
+    AdjustGamma(state, boxes.gamma);
+    AdjustSection(state, boxes.section, {boxes.c1Value, boxes.c2Value});
+    AdjustTestValue(state, boxes.testValue);
 
     OpAmpBoxes opAmp{boxes.gainBandwidthMHz, boxes.outputResistance};
     results.opAmpLabels = ReadOpAmp(settings, opAmp, state.IdealOpAmp != 0);
@@ -78,7 +98,7 @@ void GatherInputs(DesignState& state, ParameterBoxes& boxes, ComponentSettings& 
 
     ReadPhaseThreshold(state, boxes.phaseThreshold);
     StampFormatVersion(state);
-    results.gammaLabel = GammaLabelText(state.Gamma, GammaEnabled(state.ResponseIndex));
+    results.gammaLabel = GammaLabelText(state.Gamma, state.ResponseIndex == AdjustableGauss);
 }
 
 void Calculate(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
@@ -112,8 +132,20 @@ void Calculate(DesignState& state, ParameterBoxes& boxes, ComponentSettings& set
     simulation.settings = &settings;
     simulation.frequencies = axis;
     simulation.singlePass = options.singlePass;
-    Simulate(simulation, std::span<Complex>(results.response.data(), PlotPoints), random,
-             options.perRun);
+    const std::span<Complex> response(results.runResponse.data(), PlotPoints);
+    results.runs = 0;
+    Simulate(simulation, response, random, [&](int run) {
+        results.runs = run + 1;
+        // Later runs only matter to whoever draws them.
+        if (run > 0 && !options.perRun) return;
+        MakeRunTraces(run, state, settings, results, response);
+        if (options.perRun) options.perRun(run, run == 0 ? results.traces : results.runTraces);
+    });
+    if (options.singlePass) {
+        results.runs = 1;
+        MakeRunTraces(0, state, settings, results, response);
+    }
+    results.report = CircuitValuesReport(results.parts, state.NumSections);
 }
 
 }  // namespace nerivane

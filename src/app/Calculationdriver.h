@@ -1,7 +1,8 @@
 // One calculation from the parameter boxes to the finished design: the boxes are read into
 // the record (repairing bad entries), the prototype and its sections are built, every
-// section's parts are computed, the sweep is laid out and the circuit is simulated. Every
-// front end (window, command line, tests) runs exactly this.
+// section's parts are computed, the sweep is laid out, the circuit is simulated (once, or
+// once per tolerance run), the traces and the report are made. Every front end (window,
+// command line, tests) runs exactly this and only shows what it leaves.
 #pragma once
 
 #include <array>
@@ -16,6 +17,7 @@
 #include "circuit/Valuecalculations.h"
 #include "numerics/EditBox.h"
 #include "numerics/Polymain.h"
+#include "response/Traces.h"
 
 namespace nerivane {
 
@@ -28,6 +30,9 @@ struct ParameterBoxes {
     EditBox& gain;
     EditBox& gamma;
     EditBox& section;
+    EditBox& testValue;
+    EditBox& c1Value;  // show the selected section's capacitors
+    EditBox& c2Value;
     EditBox& phaseThreshold;
     EditBox& gainBandwidthMHz;
     EditBox& outputResistance;
@@ -43,6 +48,9 @@ struct DefaultBoxTexts {
     static constexpr const char* Gain = "0";
     static constexpr const char* Gamma = "0.0";
     static constexpr const char* Section = "0";
+    static constexpr const char* TestValue = "0.0";
+    static constexpr const char* C1Value = "100pF";
+    static constexpr const char* C2Value = "1.0nF";
     static constexpr const char* PhaseThreshold = "20";
     static constexpr const char* GainBandwidthMHz = "10";
     static constexpr const char* OutputResistance = "10";
@@ -58,15 +66,17 @@ struct DesignResults {
     OpAmpLabels opAmpLabels;
     std::string toleranceLabel;
     std::string gammaLabel;
-    std::vector<std::string> reportNotes;  // lines the report receives
+    std::vector<std::string> reportNotes;  // the root finder's notes, for the report memo
+    std::vector<std::string> report;       // the circuit values report
     int points = PlotPoints;
+    int runs = 0;  // simulation runs made
     std::array<double, MaxResponsePoints> frequencies{};
-    std::array<Complex, MaxResponsePoints> response{};
+    std::array<Complex, MaxResponsePoints> response{};  // the nominal circuit (run 0)
+    Traces traces;                                      // of the nominal circuit
+    // Working space of the tolerance runs, kept here so a calculation allocates nothing.
+    std::array<Complex, MaxResponsePoints> runResponse{};
+    Traces runTraces;
 };
-
-// Which families use the ripple and gamma boxes (the others show them disabled).
-bool RippleEnabled(std::int32_t responseIndex);
-bool GammaEnabled(std::int32_t responseIndex);
 
 // FreqMin, FreqMax and the 1024-point axis of the sweep; the first point is always a tenth
 // of the second.
@@ -80,8 +90,9 @@ void GatherInputs(DesignState& state, ParameterBoxes& boxes, ComponentSettings& 
 struct CalculationOptions {
     // One simulation run only, as when a capacitor or the section is stepped.
     bool singlePass = false;
-    // Called after every simulation run with the run number (not in a single pass).
-    std::function<void(int run)> perRun;
+    // Called after every run with its traces (run 0 is the nominal circuit); the plot draws
+    // them. Not called in a single pass.
+    std::function<void(int run, const Traces& traces)> perRun;
 };
 
 void Calculate(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,

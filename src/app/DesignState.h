@@ -32,10 +32,10 @@ enum class ReadOutMode : std::int32_t { GraphPosition = 0, ValueAtFrequency = 1 
 enum class MagnitudeMode : std::int32_t { Db = 0, Linear = 1 };
 enum class PhaseMode : std::int32_t { Plain = 0, Hilbert = 1 };
 
-inline constexpr std::int32_t AdjustSection = 0;
-inline constexpr std::int32_t AdjustC1 = 1;
-inline constexpr std::int32_t AdjustC2 = 2;
-inline constexpr std::int32_t AdjustNothing = 1000;
+inline constexpr std::int32_t FocusSection = 0;
+inline constexpr std::int32_t FocusC1 = 1;
+inline constexpr std::int32_t FocusC2 = 2;
+inline constexpr std::int32_t FocusNothing = 1000;
 
 // Flags are 32-bit integers (0 or 1) so that the byte image has no implementation-defined
 // bool representation and no hidden padding.

@@ -56,7 +56,7 @@ DesignState DefaultDesignState() {
     state.PlotTopDb = 10.0;
     state.GroupDelayScale = 1.0;
     state.PhaseThreshold = -30.0;
-    state.AdjustFocus = AdjustSection;
+    state.AdjustFocus = FocusSection;
     state.IdealOpAmp = 1;
     state.OpAmpGainBandwidth = 1e8;  // an ideal op amp is modelled as 100 MHz and 0 ohms
     state.OpAmpOutputResistance = 0.0;

@@ -92,11 +92,24 @@ json ComponentsJson(const CliOutcome& o) {
 json ResponseJson(const CliOutcome& o) {
     json re = json::array();
     json im = json::array();
-    for (const Complex& h : o.nominalResponse) {
-        re.push_back(Number(h.re));
-        im.push_back(Number(h.im));
+    for (int i = 0; i < o.results.points; ++i) {
+        re.push_back(Number(o.results.response[i].re));
+        im.push_back(Number(o.results.response[i].im));
     }
     return {{"re", re}, {"im", im}};
+}
+
+json TracesJson(const CliOutcome& o) {
+    const Traces& t = o.results.traces;
+    const int n = o.results.points;
+    json linear = json::array();
+    for (int i = 0; i < n; ++i) linear.push_back(Number(ComplexAbs(o.results.response[i])));
+    return {{"mag_db", Numbers(t.magnitudeDb.data(), n)},
+            {"mag_linear", linear},
+            {"phase_deg", Numbers(t.phase.data(), n)},
+            {"hilbert_phase_deg", Numbers(t.hilbertPhase.data(), n)},
+            {"group_delay_s", Numbers(t.groupDelay.data(), n)},
+            {"gd_scale_s", Number(t.groupDelayScale)}};
 }
 
 }  // namespace
@@ -112,8 +125,14 @@ json ResultJson(const CliOutcome& o) {
     root["messages"] = o.messages;
     root["prototype"] = PrototypeJson(o);
     root["components"] = ComponentsJson(o);
+    root["report"] = o.results.report;
     root["frequency_hz"] = Numbers(o.results.frequencies.data(), o.results.points);
     root["response"] = ResponseJson(o);
+    root["traces"] = TracesJson(o);
+    if (o.results.traces.hasPulse) {
+        root["pulse"] = {{"dt_s", Number(o.results.traces.pulseTimeStep)},
+                         {"values", Numbers(o.results.traces.pulse.data(), TracePoints)}};
+    }
     if (o.worstCase) {
         root["worst_case"] = {{"runs", o.worstCase->runs},
                               {"mag_db_min", Numbers(o.worstCase->dbMin.data(), PlotPoints)},

@@ -1,7 +1,8 @@
 // The command line's JSON result: the design as calculated, the repairs made to its boxes,
-// the messages raised, the prototype sections, the parts of every section, the sweep and the
-// nominal response, and in worst-case mode the dB envelope over the runs. Doubles keep every
-// bit; NaN and infinities become null.
+// the messages raised, the prototype sections, the parts of every section, the report, the
+// sweep, the nominal response and its traces, the pulse response when computed, and in
+// worst-case mode the dB envelope over the runs. Doubles keep every bit; NaN and infinities
+// become null; markers and the undrawn-point value are written as the numbers they are.
 #pragma once
 
 #include <array>
@@ -32,8 +33,7 @@ struct CliOutcome {
     const DesignState& state;
     const DesignResults& results;
     const ComponentSettings& settings;
-    const std::array<Complex, PlotPoints>& nominalResponse;  // run 0
-    const WorstCaseEnvelope* worstCase;                      // null unless in worst-case mode
+    const WorstCaseEnvelope* worstCase;  // null unless in worst-case mode
     std::vector<Repair> repairs;
     std::vector<std::string> messages;
 };

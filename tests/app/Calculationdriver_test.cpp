@@ -16,10 +16,13 @@ struct Boxes {
     TextBox numPoles{DefaultBoxTexts::NumPoles}, ripple{DefaultBoxTexts::Ripple},
         f0{DefaultBoxTexts::F0}, bandWidth{DefaultBoxTexts::BandWidth}, gain{DefaultBoxTexts::Gain},
         gamma{DefaultBoxTexts::Gamma}, section{DefaultBoxTexts::Section},
-        threshold{DefaultBoxTexts::PhaseThreshold}, gbw{DefaultBoxTexts::GainBandwidthMHz},
-        ro{DefaultBoxTexts::OutputResistance}, runs{DefaultBoxTexts::WorstCaseRuns};
+        testValue{DefaultBoxTexts::TestValue}, c1Value{DefaultBoxTexts::C1Value},
+        c2Value{DefaultBoxTexts::C2Value}, threshold{DefaultBoxTexts::PhaseThreshold},
+        gbw{DefaultBoxTexts::GainBandwidthMHz}, ro{DefaultBoxTexts::OutputResistance},
+        runs{DefaultBoxTexts::WorstCaseRuns};
     ParameterBoxes Parameters() {
-        return {numPoles, ripple, f0, bandWidth, gain, gamma, section, threshold, gbw, ro, runs};
+        return {numPoles,  ripple,  f0,      bandWidth, gain, gamma, section,
+                testValue, c1Value, c2Value, threshold, gbw,  ro,    runs};
     }
 };
 
@@ -125,7 +128,7 @@ TEST(Calculate, EveryCombinationAtTheLimitsRunsToTheEnd) {
                     ToleranceRandom random(index);
                     int runs = 0;
                     CalculationOptions options;
-                    options.perRun = [&](int) { ++runs; };
+                    options.perRun = [&](int, const Traces&) { ++runs; };
                     Calculate(state, parameters, settings, *results, random, options);
 
                     ASSERT_EQ(runs, state.Tolerance == ToleranceMode::WorstCase ? 2 : 1);

@@ -25,7 +25,7 @@ TEST(DesignState, StartUpDefaultsAreAThreePoleAdjustableGaussLowPassAtFiveKilohe
     EXPECT_EQ(s.PlotTopDb, 10.0);
     EXPECT_EQ(s.GroupDelayScale, 1.0);
     EXPECT_EQ(s.PhaseThreshold, -30.0);
-    EXPECT_EQ(s.AdjustFocus, AdjustSection);
+    EXPECT_EQ(s.AdjustFocus, FocusSection);
     EXPECT_EQ(s.IdealOpAmp, 1);
     EXPECT_EQ(s.Tolerance, ToleranceMode::Exact);
     EXPECT_EQ(s.FreqMin, 500.0);

@@ -1,5 +1,7 @@
 #include "app/Updownfunctions.h"
 
+#include <cmath>
+
 #include <gtest/gtest.h>
 
 #include "app/Initializevars.h"
@@ -17,7 +19,7 @@ struct PolesCase {
     std::int32_t sections;
 };
 
-TEST(ReadNumPoles, RepairsAndLimitsByTopology) {
+TEST(AdjustNumPoles, RepairsAndLimitsByTopology) {
     // clang-format off
     const PolesCase cases[] = {
         {VcvsLowPass,  "4",   "4",  false, 2},
@@ -34,7 +36,7 @@ TEST(ReadNumPoles, RepairsAndLimitsByTopology) {
         DesignState state = DefaultDesignState();
         state.TopologyIndex = c.topology;
         TextBox box(c.typed);
-        ReadNumPoles(state, box);
+        AdjustNumPoles(state, box);
         EXPECT_EQ(box.Text(), c.shown) << c.typed;
         EXPECT_EQ(box.Repaired(), c.repaired) << c.typed;
         EXPECT_EQ(state.NumSections, c.sections) << c.typed;
@@ -52,55 +54,55 @@ TEST(RippleMaximum, TightensForHighOrderChebyshevOnly) {
     for (const auto& c : cases) EXPECT_EQ(RippleMaximum(c.family, c.poles), c.maximum);
 }
 
-TEST(ReadRipple, EighteenPoleChebyshevAcceptsAtMostAQuarterDecibel) {
+TEST(AdjustRipple, EighteenPoleChebyshevAcceptsAtMostAQuarterDecibel) {
     DesignState state = DefaultDesignState();
     state.ResponseIndex = Chebyshev;
     state.NumPoles = 18;
     TextBox box("1.0");
-    ReadRipple(state, box);
+    AdjustRipple(state, box);
     EXPECT_EQ(box.Text(), "0.250");
     EXPECT_TRUE(box.Repaired());
     EXPECT_EQ(state.Ripple, 0.25);
 
     state.ResponseIndex = Butterworth;
     box.SetText("2.0");
-    ReadRipple(state, box);
+    AdjustRipple(state, box);
     EXPECT_FALSE(box.Repaired());
     EXPECT_EQ(state.Ripple, 2.0);
 }
 
-TEST(ReadRipple, ZeroInTheBoxDesignsWithAThousandthOfADecibel) {
+TEST(AdjustRipple, ZeroInTheBoxDesignsWithAThousandthOfADecibel) {
     DesignState state = DefaultDesignState();
     TextBox box("0.000");
-    ReadRipple(state, box);
+    AdjustRipple(state, box);
     EXPECT_EQ(box.Text(), "0.000");
     EXPECT_FALSE(box.Repaired());
     EXPECT_EQ(state.Ripple, 0.001);
 }
 
-TEST(ReadRipple, CommaLocaleReadsBothSeparators) {
+TEST(AdjustRipple, CommaLocaleReadsBothSeparators) {
     SetNumberFormat({',', '.'});
     DesignState state = DefaultDesignState();
     TextBox box("0.5");
-    ReadRipple(state, box);
+    AdjustRipple(state, box);
     EXPECT_EQ(state.Ripple, 0.5);
     EXPECT_EQ(box.Text(), "0,500");
     box.SetText("0,75");
-    ReadRipple(state, box);
+    AdjustRipple(state, box);
     EXPECT_EQ(state.Ripple, 0.75);
     EXPECT_FALSE(box.Repaired());
     SetNumberFormat({'.', ','});
 }
 
-TEST(ReadGamma, ClampsAndRewritesWithTwoDecimals) {
+TEST(AdjustGamma, ClampsAndRewritesWithTwoDecimals) {
     DesignState state = DefaultDesignState();
     TextBox box("-3");
-    ReadGamma(state, box);
+    AdjustGamma(state, box);
     EXPECT_EQ(state.Gamma, -1.0);
     EXPECT_EQ(box.Text(), "-1.00");
     EXPECT_TRUE(box.Repaired());
     box.SetText("0.35");
-    ReadGamma(state, box);
+    AdjustGamma(state, box);
     EXPECT_EQ(state.Gamma, 0.35);
     EXPECT_FALSE(box.Repaired());
 }
@@ -129,6 +131,112 @@ TEST(ReadPhaseThreshold, StoresANegativeLevel) {
     ReadPhaseThreshold(state, box);
     EXPECT_EQ(state.PhaseThreshold, -200.0);
     EXPECT_TRUE(box.Repaired());
+}
+
+}  // namespace
+}  // namespace nerivane
+
+namespace nerivane {
+namespace {
+
+struct StepCase {
+    const char* what;
+    void (*adjust)(DesignState&, EditBox&, Step);
+    std::int32_t topology;
+    const char* before;
+    StepDirection direction;
+    bool coarse;
+    const char* after;
+};
+
+constexpr StepDirection Up = StepDirection::Up;
+constexpr StepDirection Down = StepDirection::Down;
+
+// One spinner click moves the value by its step (ten times with Ctrl) and never past a limit,
+// so a click never turns a box silver.
+TEST(Adjusters, StepWithinTheirLimits) {
+    // clang-format off
+    const StepCase cases[] = {
+        {"F0 up",          AdjustF0,        VcvsLowPass,  "5",      Up,   false, "5.100"},
+        {"F0 Ctrl up",     AdjustF0,        VcvsLowPass,  "5",      Up,   true,  "6.000"},
+        {"F0 at min",      AdjustF0,        VcvsLowPass,  "0.001",  Down, false, "0.001"},
+        {"BW down",        AdjustBandWidth, VcvsBandPass, "2",      Down, false, "1.900"},
+        {"ripple up",      AdjustRipple,    VcvsLowPass,  "0.2",    Up,   false, "0.210"},
+        {"ripple Ctrl",    AdjustRipple,    VcvsLowPass,  "0.2",    Down, true,  "0.100"},
+        {"gamma up",       AdjustGamma,     VcvsLowPass,  "0.0",    Up,   false, "0.05"},
+        {"gamma Ctrl max", AdjustGamma,     VcvsLowPass,  "0.8",    Up,   true,  "1.00"},
+        {"gain MFB down",  AdjustGain,      MfbLowPass,   "0",      Down, false, "-0.100"},
+        {"gain VCVS down", AdjustGain,      VcvsLowPass,  "0",      Down, false, "0.000"},
+        {"gain Ctrl up",   AdjustGain,      VcvsHighPass, "3",      Up,   true,  "4.000"},
+        {"poles up",       AdjustNumPoles,  VcvsLowPass,  "3",      Up,   true,  "4"},
+        {"poles at max",   AdjustNumPoles,  VcvsLowPass,  "20",     Up,   false, "20"},
+        {"BPF poles max",  AdjustNumPoles,  MfbBandPass,  "10",     Up,   false, "10"},
+        {"poles at min",   AdjustNumPoles,  VcvsLowPass,  "1",      Down, false, "1"},
+        {"test value",     AdjustTestValue, VcvsLowPass,  "0.0",    Up,   false, "0.010"},
+        {"test Ctrl",      AdjustTestValue, VcvsLowPass,  "0.0",    Down, true,  "-1.000"},
+    };
+    // clang-format on
+    for (const StepCase& c : cases) {
+        DesignState state = DefaultDesignState();
+        state.TopologyIndex = c.topology;
+        TextBox box(c.before);
+        c.adjust(state, box, {c.direction, c.coarse});
+        EXPECT_EQ(box.Text(), c.after) << c.what;
+        EXPECT_FALSE(box.Repaired()) << c.what;
+    }
+}
+
+TEST(AdjustGain, SetsTheRatioAndTheTopOfTheScale) {
+    DesignState state = DefaultDesignState();
+    state.NumSections = 3;
+    TextBox box("6");
+    AdjustGain(state, box);
+    EXPECT_EQ(state.PlotTopDb, 30.0);
+    EXPECT_NEAR(state.SectionGain, std::pow(10.0, 0.3), 1e-15);
+    box.SetText("0");
+    AdjustGain(state, box);
+    EXPECT_EQ(state.PlotTopDb, 10.0);
+    EXPECT_EQ(state.SectionGain, 1.0);
+}
+
+TEST(AdjustGain, OnlyInvertingStagesAttenuate) {
+    for (std::int32_t topology = 0; topology <= 6; ++topology) {
+        DesignState state = DefaultDesignState();
+        state.TopologyIndex = topology;
+        TextBox box("-5");
+        AdjustGain(state, box);
+        const bool inverting = topology == MfbLowPass || topology == MfbHighPass;
+        EXPECT_EQ(box.Text(), inverting ? "-5.000" : "0.000") << topology;
+        EXPECT_EQ(box.Repaired(), !inverting) << topology;
+    }
+}
+
+TEST(AdjustSection, ShowsTheCapacitorsOfTheSelectedSection) {
+    DesignState state = DefaultDesignState();
+    state.NumSections = 4;
+    state.SectionC1[2] = 4.7e-9;
+    state.SectionC2[2] = 22e-9;
+    TextBox section("1"), c1, c2;
+    AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
+    EXPECT_EQ(state.SelectedSection, 2);
+    EXPECT_EQ(c1.Text(), "4.70 nF");
+    EXPECT_EQ(c2.Text(), "22.0 nF");
+    AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
+    AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
+    EXPECT_EQ(section.Text(), "3");  // the last section
+}
+
+TEST(StepSectionCapacitor, MovesTheSelectedSectionsCapacitorAlongItsSeries) {
+    DesignState state = DefaultDesignState();
+    state.SelectedSection = 1;
+    ComponentSettings settings;  // 10 % capacitors: E12
+    TextBox box;
+    StepSectionCapacitor(state, box, Capacitor::C1, true, settings);
+    EXPECT_NEAR(state.SectionC1[1], 120e-12, 1e-24);
+    EXPECT_EQ(box.Text(), "120 pF");
+    EXPECT_EQ(state.SectionC1[0], 1e-10);
+    StepSectionCapacitor(state, box, Capacitor::C2, false, settings);
+    EXPECT_NEAR(state.SectionC2[1], 820e-12, 1e-24);
 }
 
 }  // namespace

@@ -1,0 +1,31 @@
+#include "app/Plotview.h"
+
+namespace nerivane {
+
+PlotView PlotViewFor(const DesignState& state, const ControlStates& controls,
+                     const DesignResults& results, int width, int height) {
+    PlotView view;
+    view.width = width;
+    view.height = height;
+    view.sweepIndex = state.SweepIndex;
+    view.freqMin = state.FreqMin;
+    view.freqMax = state.FreqMax;
+    view.frequencies = std::span<const double>(results.frequencies.data(), results.points);
+    view.topDb = state.PlotTopDb;
+    view.groupDelayScale = results.traces.groupDelayScale;
+    view.pulseTimeStep = results.traces.pulseTimeStep;
+    view.showMag10 = state.PlotMag != 0;
+    view.showMag1 = state.PlotMag1dB != 0;
+    view.showPhase = state.PlotPhase != 0;
+    view.showGroupDelay = state.PlotGroupDelay != 0;
+    view.showPulse = state.PlotPulse != 0 && results.traces.hasPulse;
+    view.showReference = state.PlotReference != 0;
+    view.phaseEnabled = true;
+    view.groupDelayEnabled = true;
+    view.pulseEnabled = controls.pulseBoxEnabled;
+    view.linearMagnitude = state.Magnitude == MagnitudeMode::Linear;
+    view.hilbertPhase = state.Phase == PhaseMode::Hilbert && controls.hilbertPhaseMenuEnabled;
+    return view;
+}
+
+}  // namespace nerivane

@@ -1,0 +1,166 @@
+#include "cli/Applyoptions.h"
+
+#include <array>
+#include <charconv>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "cli/Names.h"
+#include "cli/SiValue.h"
+
+namespace nerivane::cli {
+namespace {
+
+template <std::size_t N>
+int NamedIndex(const Options& options, const std::string& option,
+               const std::array<std::string_view, N>& names) {
+    const std::optional<int> index = IndexOfName(names, options.Get(option));
+    if (!index) {
+        throw UsageError(option + ": \"" + options.Get(option) + "\" is not one of " +
+                         JoinNames(names));
+    }
+    return *index;
+}
+
+// A value in the box's unit: SI text is converted ("5k" Hz into "5" kHz); anything else
+// goes into the box as typed, to be repaired there like a person's typing.
+void TypeScaled(CliBox& box, const std::string& text, std::string_view unit, double boxUnit) {
+    const std::optional<double> value = ParseSiValue(text, unit);
+    box.Type(value ? ExactText(*value / boxUnit) : text);
+}
+
+// "10n" or "10n,22n,4.7n": one value for every section or one per section in order.
+void SetCapacitors(const Options& options, const std::string& option, double* capacitors) {
+    std::vector<double> values;
+    std::string_view rest = options.Get(option);
+    while (true) {
+        const std::size_t comma = rest.find(',');
+        const std::string_view item = rest.substr(0, comma);
+        const std::optional<double> value = ParseSiValue(item, "F");
+        if (!value || *value <= 0.0) {
+            throw UsageError(option + ": \"" + std::string(item) +
+                             "\" is not a capacitance in farads (10n, 2.2nF, 100p)");
+        }
+        values.push_back(*value);
+        if (comma == std::string_view::npos) break;
+        rest.remove_prefix(comma + 1);
+    }
+    if (values.size() > static_cast<std::size_t>(MaxSections))
+        throw UsageError(option + ": at most 20 values, one per section");
+    for (int i = 0; i < MaxSections; ++i) {
+        if (values.size() == 1) {
+            capacitors[i] = values[0];
+        } else if (i < static_cast<int>(values.size())) {
+            capacitors[i] = values[i];
+        }
+    }
+}
+
+ToleranceClass ToleranceOption(const Options& options, const std::string& option) {
+    int percent = 0;
+    const std::string& text = options.Get(option);
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), percent);
+    const ToleranceClass* toleranceClass = error == std::errc() && end == text.data() + text.size()
+                                               ? ToleranceClassOf(percent)
+                                               : nullptr;
+    if (!toleranceClass)
+        throw UsageError(option + ": \"" + text + "\" is not one of 1, 2, 5, 10, 20");
+    return *toleranceClass;
+}
+
+void ApplyOpAmp(const Options& options, DesignState& state, CliBoxes& boxes) {
+    const std::string& text = options.Get("--opamp");
+    if (text == "ideal") {
+        state.IdealOpAmp = 1;
+        return;
+    }
+    const std::size_t comma = text.find(',');
+    if (comma == std::string::npos) {
+        throw UsageError("--opamp: \"" + text +
+                         "\" is neither ideal nor GBW,RO (for example 10M,10)");
+    }
+    state.IdealOpAmp = 0;
+    TypeScaled(boxes.gainBandwidth, text.substr(0, comma), "Hz", 1e6);
+    TypeScaled(boxes.outputResistance, text.substr(comma + 1), "ohm", 1.0);
+}
+
+// "mag10,phase": the plot check boxes that are ticked.
+void ApplyTraces(const Options& options, DesignState& state) {
+    const std::array<std::int32_t*, 5> boxes = {&state.PlotMag, &state.PlotMag1dB, &state.PlotPhase,
+                                                &state.PlotGroupDelay, &state.PlotPulse};
+    for (std::int32_t* box : boxes) *box = 0;
+    std::string_view rest = options.Get("--traces");
+    while (true) {
+        const std::size_t comma = rest.find(',');
+        const std::string_view item = rest.substr(0, comma);
+        const std::optional<int> index = IndexOfName(TraceNames, item);
+        if (!index) {
+            throw UsageError("--traces: \"" + std::string(item) + "\" is not one of " +
+                             JoinNames(TraceNames));
+        }
+        *boxes[*index] = 1;
+        if (comma == std::string_view::npos) break;
+        rest.remove_prefix(comma + 1);
+    }
+}
+
+}  // namespace
+
+std::uint32_t SeedOption(const Options& options) {
+    std::uint32_t seed = 0;
+    const std::string& text = options.Get("--seed");
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seed);
+    if (error != std::errc() || end != text.data() + text.size())
+        throw UsageError("--seed: \"" + text + "\" is not a whole number from 0 to 4294967295");
+    return seed;
+}
+
+void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
+                  ComponentSettings& settings) {
+    if (options.Has("--topology"))
+        state.TopologyIndex = NamedIndex(options, "--topology", TopologyNames);
+    if (options.Has("--response"))
+        state.ResponseIndex = NamedIndex(options, "--response", ResponseNames);
+    if (options.Has("--sweep")) state.SweepIndex = NamedIndex(options, "--sweep", SweepNames);
+    if (options.Has("--mode"))
+        state.Tolerance = static_cast<ToleranceMode>(NamedIndex(options, "--mode", ModeNames));
+    if (options.Has("--res-tol")) settings.resistorClass = ToleranceOption(options, "--res-tol");
+    if (options.Has("--cap-tol")) settings.capacitorClass = ToleranceOption(options, "--cap-tol");
+    if (options.Has("--opamp")) ApplyOpAmp(options, state, boxes);
+    if (options.Has("--traces")) ApplyTraces(options, state);
+    if (options.Has("--mag"))
+        state.Magnitude = static_cast<MagnitudeMode>(NamedIndex(options, "--mag", MagnitudeNames));
+    if (options.Has("--phase"))
+        state.Phase = static_cast<PhaseMode>(NamedIndex(options, "--phase", PhaseNames));
+    if (options.Has("--c1")) SetCapacitors(options, "--c1", state.SectionC1);
+    if (options.Has("--c2")) SetCapacitors(options, "--c2", state.SectionC2);
+
+    if (options.Has("--poles")) boxes.numPoles.Type(options.Get("--poles"));
+    if (options.Has("--ripple")) boxes.ripple.Type(options.Get("--ripple"));
+    if (options.Has("--gamma")) boxes.gamma.Type(options.Get("--gamma"));
+    if (options.Has("--gain-db")) boxes.gain.Type(options.Get("--gain-db"));
+    if (options.Has("--threshold")) boxes.threshold.Type(options.Get("--threshold"));
+    if (options.Has("--runs")) boxes.runs.Type(options.Get("--runs"));
+    if (options.Has("--f0")) TypeScaled(boxes.f0, options.Get("--f0"), "Hz", 1e3);
+    if (options.Has("--bw")) TypeScaled(boxes.bandWidth, options.Get("--bw"), "Hz", 1e3);
+}
+
+ImageSize PlotSizeOption(const Options& options) {
+    ImageSize size;
+    const auto read = [&](const char* option, int& value) {
+        if (!options.Has(option)) return;
+        const std::string& text = options.Get(option);
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error != std::errc() || end != text.data() + text.size() || value < 64 ||
+            value > 10000) {
+            throw UsageError(std::string(option) + ": \"" + text +
+                             "\" is not a whole number of pixels from 64 to 10000");
+        }
+    };
+    read("--width", size.width);
+    read("--height", size.height);
+    return size;
+}
+
+}  // namespace nerivane::cli

@@ -1,0 +1,40 @@
+// The command line's options turned into the design: names select the menus' items, values
+// go into the boxes they name (to be read and repaired there like typing), capacitor lists
+// set the sections' capacitors. A value that fits nowhere is a usage error.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <stdexcept>
+#include <string>
+
+#include "app/DesignState.h"
+#include "circuit/Componentsettings.h"
+#include "cli/CliBox.h"
+
+namespace nerivane::cli {
+
+// Its text is the one line the command line prints before exiting with status 2.
+class UsageError : public std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// The options as given; absent ones keep the program's start-up defaults.
+struct Options {
+    std::map<std::string, std::string> values;
+    bool Has(const std::string& name) const { return values.count(name) > 0; }
+    const std::string& Get(const std::string& name) const { return values.at(name); }
+};
+
+void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
+                  ComponentSettings& settings);
+
+std::uint32_t SeedOption(const Options& options);
+
+struct ImageSize {
+    int width = 800;
+    int height = 500;
+};
+ImageSize PlotSizeOption(const Options& options);
+
+}  // namespace nerivane::cli

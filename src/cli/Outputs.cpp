@@ -1,0 +1,70 @@
+#include "cli/Outputs.h"
+
+#include <fstream>
+#include <stdexcept>
+
+#include "circuit/Spiceexport.h"
+#include "cli/Names.h"
+#include "cli/SiValue.h"
+#include "numerics/Mathfunctions.h"
+
+namespace nerivane::cli {
+namespace {
+
+std::string Cell(double value) {
+    return value == NoPlotValue ? std::string() : ExactText(value);
+}
+
+}  // namespace
+
+void WriteText(const std::string& path, const std::string& text, std::ostream& out,
+               const char* what) {
+    if (path == "-") {
+        out << text;
+        return;
+    }
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    file << text;
+    file.close();
+    if (!file)
+        throw std::runtime_error(std::string("Cannot write the ") + what + " file \"" + path +
+                                 "\".");
+}
+
+std::string ReportText(const DesignResults& results) {
+    std::string text;
+    for (const std::string& note : results.reportNotes) text += note + "\n";
+    for (const std::string& line : results.report) text += line + "\n";
+    return text;
+}
+
+std::string CsvText(const DesignResults& results) {
+    std::string text = "frequency_hz,mag_db,mag_linear,phase_deg,hilbert_phase_deg,group_delay_s\n";
+    const Traces& t = results.traces;
+    for (int i = 0; i < results.points && i < TracePoints; ++i) {
+        text += ExactText(results.frequencies[i]) + "," + ExactText(t.magnitudeDb[i]) + "," +
+                ExactText(ComplexAbs(results.response[i])) + "," + Cell(t.phase[i]) + "," +
+                Cell(t.hilbertPhase[i]) + "," + Cell(t.groupDelay[i]) + "\n";
+    }
+    return text;
+}
+
+std::string SpiceText(const DesignState& state, const DesignResults& results,
+                      const ComponentSettings& settings) {
+    SpiceDesign design;
+    design.topology = state.TopologyIndex;
+    design.numSections = state.NumSections;
+    design.freqMin = state.FreqMin;
+    design.freqMax = state.FreqMax;
+    design.points = results.points;
+    design.linearSweep = state.SweepIndex == 0;
+    design.gainBandwidth = settings.gainBandwidth;
+    design.outputResistance = settings.outputResistance;
+    design.idealOpAmp = state.IdealOpAmp != 0;
+    design.title = "Nerivane " + std::to_string(state.NumPoles) + "-pole " +
+                   NameOfIndex(ResponseNames, state.ResponseIndex) + " " +
+                   NameOfIndex(TopologyNames, state.TopologyIndex);
+    return SpiceNetlist(design, results.parts);
+}
+
+}  // namespace nerivane::cli

@@ -1,0 +1,27 @@
+// The command line's text outputs: the circuit values report, the CSV of the traces, the
+// SPICE netlist, and writing any of them to a file or to standard output ("-").
+#pragma once
+
+#include <ostream>
+#include <string>
+
+#include "app/Calculationdriver.h"
+#include "app/DesignState.h"
+
+namespace nerivane::cli {
+
+// Throws std::runtime_error naming the file when it cannot be written.
+void WriteText(const std::string& path, const std::string& text, std::ostream& out,
+               const char* what);
+
+std::string ReportText(const DesignResults& results);
+
+// frequency_hz,mag_db,mag_linear,phase_deg,hilbert_phase_deg,group_delay_s: one header line and
+// one row per sweep point, 17 significant digits, an undrawn phase or delay point empty.
+// mag_linear is |H| itself (the plot's linear trace is 9 |H| - 9, a drawing scale).
+std::string CsvText(const DesignResults& results);
+
+std::string SpiceText(const DesignState& state, const DesignResults& results,
+                      const ComponentSettings& settings);
+
+}  // namespace nerivane::cli

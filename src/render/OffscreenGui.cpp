@@ -1,0 +1,23 @@
+#include "render/OffscreenGui.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <memory>
+
+namespace nerivane {
+
+void EnsureGuiApplication() {
+    if (QCoreApplication::instance() != nullptr) return;
+    // The application keeps references to its arguments, so they outlive it.
+    static int argc = 3;
+    static char name[] = "nerivane";
+    static char platformOption[] = "-platform";
+    static char platform[] = "offscreen";
+    static char* argv[] = {name, platformOption, platform, nullptr};
+    // Destroyed at exit, before the Qt state it set up, which releases the font library's
+    // caches too.
+    static const std::unique_ptr<QGuiApplication> application =
+        std::make_unique<QGuiApplication>(argc, argv);
+}
+
+}  // namespace nerivane

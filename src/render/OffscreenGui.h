@@ -1,0 +1,12 @@
+// Text can only be drawn once a QGuiApplication exists. The window has its own; a program
+// without one (the command line, the render tests) creates one here on the offscreen
+// platform, which needs no display.
+#pragma once
+
+namespace nerivane {
+
+// Creates the application object on the offscreen platform unless one exists already; it
+// lives until the program exits.
+void EnsureGuiApplication();
+
+}  // namespace nerivane

@@ -1,0 +1,89 @@
+#include "render/QtCanvas.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QImage>
+#include <QPointF>
+#include <QRect>
+#include <QString>
+
+#include "response/Plot.h"
+
+namespace nerivane {
+namespace {
+
+QColor ToQColor(Rgb colour) {
+    return QColor(colour.r, colour.g, colour.b);
+}
+
+Qt::PenStyle ToQtStyle(PenStyle style) {
+    switch (style) {
+        case PenStyle::Solid: return Qt::SolidLine;
+        case PenStyle::Dash: return Qt::DashLine;
+        case PenStyle::Dot: return Qt::DotLine;
+        case PenStyle::Clear: return Qt::NoPen;
+    }
+    return Qt::SolidLine;
+}
+
+// The platform's default sans font at the size the plot's margins are laid out for. A pixel
+// size rather than points keeps the layout the same whatever resolution the platform reports.
+QFont LabelFont() {
+    QFont font = QGuiApplication::font();
+    font.setStyleHint(QFont::SansSerif);
+    font.setPixelSize(PlotFontPixels);
+    return font;
+}
+
+}  // namespace
+
+QtCanvas::QtCanvas(QImage& image)
+    : painter_(&image),
+      pen_(Qt::black, 1),
+      textColour_(Qt::black),
+      metrics_(LabelFont(), &image),
+      // At a ratio of 1 the raster engine puts a one-pixel line on the pixels right of and
+      // below its points already. Thicker device lines are centred on their points, so they
+      // go through the logical pixels' centres to cover the device pixels a fill would.
+      lineOffset_(image.devicePixelRatio() == 1.0 ? QPointF(0.0, 0.0) : QPointF(0.5, 0.5)) {
+    painter_.setRenderHint(QPainter::Antialiasing, false);
+    painter_.setRenderHint(QPainter::TextAntialiasing, true);
+    painter_.setFont(LabelFont());
+    painter_.setPen(pen_);
+}
+
+void QtCanvas::SetPen(Rgb colour, int width, PenStyle style) {
+    pen_ = QPen(ToQColor(colour), width, ToQtStyle(style));
+    painter_.setPen(pen_);
+}
+
+void QtCanvas::MoveTo(int x, int y) {
+    position_ = QPoint(x, y);
+}
+
+void QtCanvas::LineTo(int x, int y) {
+    const QPoint to(x, y);
+    if (pen_.style() != Qt::NoPen)
+        painter_.drawLine(QPointF(position_) + lineOffset_, QPointF(to) + lineOffset_);
+    position_ = to;
+}
+
+void QtCanvas::SetTextColour(Rgb colour) {
+    textColour_ = ToQColor(colour);
+}
+
+void QtCanvas::TextOut(int x, int y, const std::string& text) {
+    painter_.setPen(textColour_);
+    painter_.drawText(x, y + metrics_.ascent(), QString::fromUtf8(text));
+    painter_.setPen(pen_);
+}
+
+TextSize QtCanvas::TextExtent(const std::string& text) {
+    return {metrics_.horizontalAdvance(QString::fromUtf8(text)), metrics_.height()};
+}
+
+void QtCanvas::FillRect(int left, int top, int right, int bottom, Rgb colour) {
+    painter_.fillRect(QRect(left, top, right - left, bottom - top), ToQColor(colour));
+}
+
+}  // namespace nerivane

@@ -1,0 +1,46 @@
+// The plot's Canvas over a QPainter: the window and the command line paint the same picture
+// into a QImage through it. Lines are drawn without antialiasing so every trace lands on the
+// pixels its mapping gives; text is antialiased for legibility.
+#pragma once
+
+#include <QColor>
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPen>
+#include <QPoint>
+#include <QPointF>
+
+#include "response/Canvas.h"
+
+class QImage;
+
+namespace nerivane {
+
+// Paints on an image in its logical coordinates: an image with a device pixel ratio of 2 is
+// twice the size in pixels and everything is drawn twice as large, crisp on dense screens.
+// Text is UTF-8, in the platform's default sans font at the plot's label size. Drawing text
+// needs a QGuiApplication (see OffscreenGui.h).
+class QtCanvas final : public Canvas {
+  public:
+    explicit QtCanvas(QImage& image);
+    QtCanvas(const QtCanvas&) = delete;
+    QtCanvas& operator=(const QtCanvas&) = delete;
+
+    void SetPen(Rgb colour, int width, PenStyle style) override;
+    void MoveTo(int x, int y) override;
+    void LineTo(int x, int y) override;
+    void SetTextColour(Rgb colour) override;
+    void TextOut(int x, int y, const std::string& text) override;
+    TextSize TextExtent(const std::string& text) override;
+    void FillRect(int left, int top, int right, int bottom, Rgb colour) override;
+
+  private:
+    QPainter painter_;
+    QPen pen_;
+    QColor textColour_;
+    QPoint position_;
+    QFontMetrics metrics_;
+    QPointF lineOffset_;
+};
+
+}  // namespace nerivane

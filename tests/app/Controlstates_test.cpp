@@ -1,0 +1,64 @@
+#include "app/Controlstates.h"
+
+#include <gtest/gtest.h>
+
+#include "app/Initializevars.h"
+
+namespace nerivane {
+namespace {
+
+TEST(UpdateControlStates, EnablesTheBoxesEachSelectionUses) {
+    for (std::int32_t topology = 0; topology <= 6; ++topology) {
+        for (std::int32_t family = 0; family <= 8; ++family) {
+            DesignState state = DefaultDesignState();
+            state.TopologyIndex = topology;
+            state.ResponseIndex = family;
+            const ControlStates c = UpdateControlStates(state);
+            EXPECT_EQ(c.bandWidthEnabled, topology >= 4);
+            EXPECT_EQ(c.rippleEnabled, family == 1 || family == 2);
+            EXPECT_EQ(c.gammaEnabled, family == 5);
+            EXPECT_EQ(c.hilbertPhaseMenuEnabled, topology != 4 && topology != 5);
+        }
+    }
+}
+
+TEST(UpdateControlStates, BandPassSwitchesHilbertPhaseBackToPhase) {
+    DesignState state = DefaultDesignState();
+    SelectPhaseMode(state, PhaseMode::Hilbert);
+    EXPECT_EQ(UpdateControlStates(state).plotPhaseCaption, "Hilbert Phase");
+    state.TopologyIndex = MfbBandPass;
+    ControlStates c = UpdateControlStates(state);
+    EXPECT_FALSE(c.hilbertPhaseMenuEnabled);
+    EXPECT_FALSE(c.hilbertPhaseChecked);
+    EXPECT_EQ(c.plotPhaseCaption, "Phase");
+    state.TopologyIndex = VcvsLowPass;  // enabled again, but "Phase" stays checked
+    c = UpdateControlStates(state);
+    EXPECT_TRUE(c.hilbertPhaseMenuEnabled);
+    EXPECT_FALSE(c.hilbertPhaseChecked);
+}
+
+TEST(UpdateControlStates, WorstCaseDisablesTheSquarePulse) {
+    DesignState state = DefaultDesignState();
+    EXPECT_TRUE(UpdateControlStates(state).pulseBoxEnabled);
+    state.Tolerance = ToleranceMode::WorstCase;
+    EXPECT_FALSE(UpdateControlStates(state).pulseBoxEnabled);
+}
+
+TEST(SelectMagnitudeMode, LinearThenDbRestoresTheBoxes) {
+    DesignState state = DefaultDesignState();
+    SelectMagnitudeMode(state, MagnitudeMode::Linear);
+    ControlStates c = UpdateControlStates(state);
+    EXPECT_EQ(c.plotMag1dBCaption, "Linear Mag");
+    EXPECT_FALSE(c.plotMagEnabled);
+    EXPECT_EQ(state.PlotMag, 0);
+    EXPECT_EQ(state.PlotMag1dB, 1);
+    SelectMagnitudeMode(state, MagnitudeMode::Db);
+    c = UpdateControlStates(state);
+    EXPECT_EQ(c.plotMag1dBCaption, "Mag   1 dB");
+    EXPECT_TRUE(c.plotMagEnabled);
+    EXPECT_EQ(state.PlotMag, 1);
+    EXPECT_EQ(state.PlotMag1dB, 0);
+}
+
+}  // namespace
+}  // namespace nerivane

@@ -13,7 +13,7 @@ namespace {
 
 // Layout in pixels, sized for labels in a PlotFontPixels font.
 constexpr int LineHeight = PlotFontPixels + 3;
-constexpr int ScaleColumnWidth = 54;  // one column of scale labels such as "-390 dB", "1.08 ms"
+constexpr int ScaleColumnWidth = 54;  // one column of scale labels such as "-390 dB", "350 us"
 constexpr int MinSideMargin = 30;     // half of the frequency label centred on the frame's edge
 constexpr int EdgeGap = 6;
 constexpr int TickLength = 4;
@@ -23,8 +23,8 @@ constexpr int TopMargin = LineHeight + 8;  // the read-out's row; also holds the
 constexpr int Divisions = 10;              // 10 dB or 1 dB per division
 
 constexpr int Mag1dBRise = 10;  // how far the 1 dB trace may rise above the frame
-// Reference steps shorter than this are dashed by counting points; longer ones by the pen,
-// whose pattern a handful of long steps would otherwise hide.
+// A reference trace is dashed by drawing four steps and skipping four; a step this long or
+// longer is drawn with a dashed pen instead, as skipping it would leave a long hole.
 constexpr double ShortReferenceStep = 6.0;
 
 constexpr Rgb FrameColour{96, 96, 96};
@@ -163,6 +163,31 @@ bool Overlaps(Canvas& canvas, const std::vector<Label>& labels) {
     return false;
 }
 
+// Labels at round steps of the 1, 2, 5 series along a linear axis that runs from `from` at
+// the frame's left edge to `to` at its right, as fine as the labels allow; step is set to
+// the step chosen.
+std::vector<Label> RoundStepLabels(Canvas& canvas, const PlotGeometry& geometry, double from,
+                                   double to, const std::string& unit, double& step) {
+    const double span = to - from;
+    const int right = geometry.left + geometry.width;
+    // The widest label is about as wide as the last one with two more digits.
+    const int widest = canvas.TextExtent(Engineering(to, unit) + "00").width;
+    std::vector<Label> labels;
+    for (step = NiceStep(span * (widest + MinLabelSpacing) / geometry.width);;
+         step = NiceStep(step * 1.5)) {
+        labels.clear();
+        for (long k = std::lround(std::floor(from / step));; ++k) {
+            const double v = static_cast<double>(k) * step;
+            const double x = geometry.left + geometry.width * (v - from) / span;
+            if (x > right + 0.5) break;
+            // Half a pixel of slack: the linear sweep starts at 1 Hz, and its 0 Hz label
+            // belongs on the frame's edge.
+            if (x >= geometry.left - 0.5) labels.push_back({NearestInt(x), Engineering(v, unit)});
+        }
+        if (!Overlaps(canvas, labels)) return labels;
+    }
+}
+
 // The frequency axis. Point i of a sweep lies i/1024 of the width from the left, and the sweep
 // spaces its points evenly in frequency (linear) or in its logarithm, so a frequency's place
 // follows from the sweep's ends alone.
@@ -172,7 +197,7 @@ class FrequencyAxis {
         : view_(view), geometry_(geometry) {}
 
     bool Valid() const {
-        return view_.freqMin > 0.0 && view_.freqMax > view_.freqMin && geometry_.width > 0;
+        return view_.freqMin > 0.0 && view_.freqMax > view_.freqMin && std::isfinite(view_.freqMax);
     }
     bool Linear() const { return view_.sweepIndex == 0; }
 
@@ -182,8 +207,7 @@ class FrequencyAxis {
                      : std::log(f / view_.freqMin) / std::log(view_.freqMax / view_.freqMin);
         return geometry_.left + geometry_.width * fraction;
     }
-    // Within the frame, allowing for rounding: the linear sweep starts at 1 Hz, where a 0 Hz
-    // label belongs on the frame's edge.
+    // Within the frame, allowing for rounding.
     bool Inside(double x) const {
         return x >= geometry_.left - 0.5 && x <= geometry_.left + geometry_.width + 0.5;
     }
@@ -222,29 +246,16 @@ class FrequencyAxis {
         return DropCrowded(canvas, labels);
     }
 
-    // Linear sweep: round steps of the 1, 2, 5 series, as fine as the labels allow, with
-    // lighter lines between them.
+    // Linear sweep: labels at round steps, lighter lines between them.
     std::vector<Label> LinearLabels(Canvas& canvas, std::vector<GridLine>& lines) const {
-        const double span = view_.freqMax - view_.freqMin;
-        const std::string widest = Engineering(view_.freqMax, "Hz") + "00";
-        double step = NiceStep(span * (canvas.TextExtent(widest).width + MinLabelSpacing) /
-                               std::max(1, geometry_.width));
-        std::vector<Label> labels;
-        for (;; step = NiceStep(step * 1.5)) {
-            labels.clear();
-            for (long k = std::lround(std::floor(view_.freqMin / step));; ++k) {
-                const double f = static_cast<double>(k) * step;
-                const double x = X(f);
-                if (x > geometry_.left + geometry_.width + 0.5) break;
-                if (Inside(x)) labels.push_back({NearestInt(x), Engineering(f, "Hz")});
-            }
-            if (!Overlaps(canvas, labels)) break;
-        }
-        lines.clear();
+        double step = 0.0;
+        std::vector<Label> labels =
+            RoundStepLabels(canvas, geometry_, view_.freqMin, view_.freqMax, "Hz", step);
         const double mantissa = step / std::pow(10.0, std::floor(std::log10(step) + 1e-9));
         const double minor = step / (std::lround(mantissa) == 2 ? 4.0 : 5.0);
-        const bool minorShown = minor * geometry_.width / span >= 8.0;
+        const bool minorShown = X(view_.freqMin + minor) - geometry_.left >= 8.0;
         const double lineStep = minorShown ? minor : step;
+        lines.clear();
         for (long k = std::lround(std::floor(view_.freqMin / lineStep));; ++k) {
             const double f = static_cast<double>(k) * lineStep;
             const double x = X(f);
@@ -301,21 +312,10 @@ class FrequencyAxis {
 
 // The time axis of the square pulse, 0 at the left edge to 1024 time steps at the right.
 std::vector<Label> TimeLabels(Canvas& canvas, const PlotView& view, const PlotGeometry& geometry) {
-    std::vector<Label> labels;
     const double span = TracePoints * view.pulseTimeStep;
-    if (!(span > 0.0) || !std::isfinite(span)) return labels;
-    const std::string widest = Engineering(span, "s") + "00";
-    double step = NiceStep(span * (canvas.TextExtent(widest).width + MinLabelSpacing) /
-                           std::max(1, geometry.width));
-    for (;; step = NiceStep(step * 1.5)) {
-        labels.clear();
-        for (long k = 0; k * step <= span * (1.0 + 1e-9); ++k) {
-            const double t = static_cast<double>(k) * step;
-            labels.push_back(
-                {geometry.left + NearestInt(geometry.width * t / span), Engineering(t, "s")});
-        }
-        if (!Overlaps(canvas, labels)) return labels;
-    }
+    if (!(span > 0.0) || !std::isfinite(span)) return {};
+    double step = 0.0;
+    return RoundStepLabels(canvas, geometry, 0.0, span, "s", step);
 }
 
 // How many grid divisions apart labels go so that they do not touch.
@@ -351,7 +351,7 @@ Scale LinearScale(const PlotView& view, const PlotGeometry& geometry, const Plot
     const double gainAtTop = (topValue + 9.0) / 9.0;
     const double gainAtBottom = std::max(0.0, (topValue - range + 9.0) / 9.0);
     Scale scale{{}, entry.current};
-    if (geometry.height <= 0 || !(gainAtTop > gainAtBottom)) return scale;
+    if (!(gainAtTop > gainAtBottom)) return scale;
     const double pixelsPerGain = 9.0 * geometry.height / range;
     const double step = NiceStep(2.0 * LineHeight / pixelsPerGain);
     for (long k = std::lround(std::ceil(gainAtBottom / step - 1e-9));
@@ -375,12 +375,15 @@ Scale PhaseScale(const PlotView& view, const PlotGeometry& geometry, const PlotE
     return scale;
 }
 
+// Delay at round values: the scale's full value has two significant digits, so its tenths
+// would make labels such as "7.38 ms".
 Scale DelayScale(const PlotView& view, const PlotGeometry& geometry, const PlotEntry& entry) {
     Scale scale{{}, entry.current};
     const double full = view.groupDelayScale;
     if (!(full > 0.0) || !std::isfinite(full)) return scale;
-    for (int k = 0; k <= Divisions; k += LabelStride(geometry)) {
-        const double v = full * k / Divisions;
+    const double step = NiceStep(2.0 * LineHeight * full / geometry.height);
+    for (long k = 0; k * step <= full * (1.0 + 1e-9); ++k) {
+        const double v = static_cast<double>(k) * step;
         scale.labels.push_back({TraceY(geometry, view, v, GroupDelayTrace), Engineering(v, "s")});
     }
     return scale;

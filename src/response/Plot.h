@@ -60,7 +60,8 @@ struct PlotView {
     bool hilbertPhase = false;     // "Hilbert Phase": the phase box draws the delay-free phase
 };
 
-// The plot rectangle for an image of the view's size, leaving room for the labels.
+// The plot rectangle for an image of the view's size, leaving room for the labels of the
+// scales the view shows.
 PlotGeometry GeometryFor(const PlotView& view);
 
 // One trace, in the given colour; reference traces are dashed; NoPlotValue points are not

@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 #include <memory>
+#include <vector>
 
 #include "app/Initializevars.h"
 #include "numerics/MessageSink.h"
@@ -73,6 +74,37 @@ TEST(Calculate, StartUpDesignIsAThreePoleLowPassOverOneDecade) {
     EXPECT_EQ(results->toleranceLabel, "C 10%   R 1%");
     EXPECT_EQ(boxes.f0.Text(), "5.000");
     EXPECT_NEAR(std::hypot(results->response[0].re, results->response[0].im), 1.0, 1e-3);
+}
+
+TEST(Calculate, WorstCaseHandsEveryRunsTracesToTheHookAndKeepsTheNominalOnes) {
+    DesignState state = DefaultDesignState();
+    state.Tolerance = ToleranceMode::WorstCase;
+    Boxes boxes;
+    boxes.runs.SetText("12");
+    ParameterBoxes parameters = boxes.Parameters();
+    ComponentSettings settings;
+    auto results = std::make_unique<DesignResults>();
+    ToleranceRandom random(3);
+    std::vector<int> runs;
+    std::vector<double> atCorner;
+    CalculationOptions options;
+    options.perRun = [&](int run, const Traces& traces) {
+        runs.push_back(run);
+        atCorner.push_back(traces.magnitudeDb[512]);
+    };
+    Calculate(state, parameters, settings, *results, random, options);
+    ASSERT_EQ(runs.size(), 12u);
+    EXPECT_EQ(results->runs, 12);
+    EXPECT_EQ(results->traces.magnitudeDb[512], atCorner[0]);  // the nominal run's traces
+    EXPECT_NE(atCorner[1], atCorner[0]);
+    EXPECT_EQ(results->report.front(), "Section 0");
+
+    runs.clear();
+    options.singlePass = true;  // stepping a capacitor: one run, no hook
+    Calculate(state, parameters, settings, *results, random, options);
+    EXPECT_TRUE(runs.empty());
+    EXPECT_EQ(results->runs, 1);
+    EXPECT_EQ(results->traces.magnitudeDb[512], atCorner[0]);
 }
 
 // Every topology, family (including the three that build nothing), order, sweep and mode,

@@ -189,6 +189,73 @@ TEST(Cli, SpiceNetlistGoesToStandardOutput) {
     EXPECT_NE(run.out.find(".end"), std::string::npos);
 }
 
+TEST(Cli, ReportIsTheDefaultOutput) {
+    const CliRun plain = RunWith({"--topology", "mfb-lpf", "--poles", "2"});
+    const CliRun report = RunWith({"--topology", "mfb-lpf", "--poles", "2", "--report"});
+    EXPECT_EQ(plain.out, report.out);
+    EXPECT_EQ(report.out.rfind("Section 0\nR1 = ", 0), 0u) << report.out;
+    EXPECT_EQ(report.out.find("R4 = "), std::string::npos);  // MFB stages have no R4
+}
+
+TEST(Cli, CsvHasOneHeaderLineAndARowPerPoint) {
+    const CliRun run = RunWith({"--csv", "-", "--threshold", "3"});
+    ASSERT_EQ(run.status, 0) << run.err;
+    std::istringstream lines(run.out);
+    std::string line;
+    std::getline(lines, line);
+    EXPECT_EQ(line, "frequency_hz,mag_db,mag_linear,phase_deg,hilbert_phase_deg,group_delay_s");
+    int rows = 0, undrawn = 0;
+    while (std::getline(lines, line)) {
+        ++rows;
+        EXPECT_EQ(std::count(line.begin(), line.end(), ','), 5) << line;
+        if (line.ends_with(",,,")) ++undrawn;  // below the -3 dB threshold: no phase or delay
+    }
+    EXPECT_EQ(rows, 1024);
+    EXPECT_GT(undrawn, 100);
+}
+
+TEST(Cli, JsonHoldsTracesReportAndPulse) {
+    const nlohmann::json result = JsonOf({"--traces", "mag10,pulse"});
+    EXPECT_EQ(result["traces"]["mag_db"].size(), 1024u);
+    EXPECT_EQ(result["traces"]["group_delay_s"].size(), 1024u);
+    EXPECT_GT(result["traces"]["gd_scale_s"].get<double>(), 0.0);
+    EXPECT_EQ(result["report"][0], "Section 0");
+    ASSERT_TRUE(result.contains("pulse"));
+    EXPECT_EQ(result["pulse"]["values"].size(), 1024u);
+    EXPECT_EQ(result["pulse"]["dt_s"], 1.0 / (40.0 * 5000.0));
+    EXPECT_FALSE(JsonOf({})["traces"].is_null());
+    EXPECT_FALSE(JsonOf({}).contains("pulse"));
+    // The undrawn-point value is written as the number it is.
+    const nlohmann::json masked = JsonOf({"--threshold", "3"});
+    bool sawUndrawn = false;
+    for (const auto& v : masked["traces"]["phase_deg"])
+        sawUndrawn = sawUndrawn || (v.is_number() && v.get<double>() == -1.123456e-9);
+    EXPECT_TRUE(sawUndrawn);
+}
+
+TEST(Cli, PlotIsWrittenAsPngOrBmp) {
+    const std::string png = ::testing::TempDir() + "nerivane_plot.png";
+    const std::string bmp = ::testing::TempDir() + "nerivane_plot.bmp";
+    ASSERT_EQ(RunWith({"--plot", png, "--width", "640", "--height", "400"}).status, 0);
+    ASSERT_EQ(RunWith({"--plot", bmp, "--traces", "mag10,phase,gd"}).status, 0);
+    for (const std::string& path : {png, bmp}) {
+        FILE* file = std::fopen(path.c_str(), "rb");
+        ASSERT_NE(file, nullptr) << path;
+        unsigned char magic[2] = {0, 0};
+        EXPECT_EQ(std::fread(magic, 1, 2, file), 2u);
+        std::fclose(file);
+        if (path == bmp) {
+            EXPECT_EQ(magic[0], 'B');
+            EXPECT_EQ(magic[1], 'M');
+        } else {
+            EXPECT_EQ(magic[0], 0x89);
+            EXPECT_EQ(magic[1], 'P');
+        }
+        std::remove(path.c_str());
+    }
+    EXPECT_EQ(RunWith({"--plot", png, "--width", "10"}).status, 2);
+}
+
 TEST(Cli, UnwritableJsonFileExitsWithStatusOne) {
     const CliRun run = RunWith({"--json", "/nonexistent-folder/result.json"});
     EXPECT_EQ(run.status, 1);

@@ -4,7 +4,9 @@
 
 #include <QFile>
 #include <QTemporaryDir>
+#include <iterator>
 #include <stdexcept>
+#include <string>
 
 #include "render/OffscreenGui.h"
 

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
+#include <algorithm>
+#include <array>
 #include <set>
 #include <utility>
 #include <vector>

@@ -465,6 +465,7 @@ TEST(DrawPlot, CentresLabelsOnTheirValues) {
         {"-90\u00b0",  phase, -1, RowOf(view, -90.0, PhaseTrace)},
         {"2 ms",        delay, -1, g.top},
         {"1 ms",        delay, -1, g.top + g.height / 2},
+        {"200 us",      delay, -1, RowOf(view, 0.2e-3, GroupDelayTrace)},
         {"0 s",         delay, -1, g.Bottom()},
         {"0 s",         time,  timeX(0.0), -1},
         {"10 ms",       time,  timeX(10e-3), -1},

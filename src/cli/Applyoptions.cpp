@@ -6,8 +6,10 @@
 #include <string_view>
 #include <vector>
 
+#include "app/Recordcontrols.h"
 #include "cli/Names.h"
 #include "cli/SiValue.h"
+#include "files/Filesaveread.h"
 
 namespace nerivane::cli {
 namespace {
@@ -106,6 +108,31 @@ void ApplyTraces(const Options& options, DesignState& state) {
 }
 
 }  // namespace
+
+void OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
+                ComponentSettings& settings) {
+    switch (ReadDesignFile(path, state)) {
+        case OpenOutcome::Opened: break;
+        case OpenOutcome::Missing: throw std::runtime_error(MissingFileMessage + path);
+        case OpenOutcome::WrongExtension:
+            throw std::runtime_error("\"" + path + "\" is not a design file (." +
+                                     DesignFileExtension + ").");
+        case OpenOutcome::Incompatible: throw std::runtime_error(IncompatibleFileMessage);
+    }
+    const RecordControls controls = ControlsFromRecord(state);
+    boxes.numPoles.Type(controls.numPoles);
+    boxes.f0.Type(controls.f0);
+    boxes.bandWidth.Type(controls.bandWidth);
+    boxes.gain.Type(controls.gain);
+    boxes.ripple.Type(controls.ripple);
+    boxes.gamma.Type(controls.gamma);
+    boxes.gainBandwidth.Type(controls.gainBandwidthMHz);
+    boxes.outputResistance.Type(controls.outputResistance);
+    state.IdealOpAmp = controls.idealOpAmp;
+    state.Tolerance = controls.mode;
+    settings.capacitorClass = *ToleranceClassOf(controls.capacitorPercent);
+    settings.resistorClass = *ToleranceClassOf(controls.resistorPercent);
+}
 
 std::uint32_t SeedOption(const Options& options) {
     std::uint32_t seed = 0;

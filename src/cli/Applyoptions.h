@@ -29,6 +29,11 @@ struct Options {
 void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
                   ComponentSettings& settings);
 
+// --open: the design file's record and the controls loaded from it, as File > Open does.
+// Throws std::runtime_error with the program's message when the file is missing or rejected.
+void OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
+                ComponentSettings& settings);
+
 std::uint32_t SeedOption(const Options& options);
 
 struct ImageSize {

@@ -14,6 +14,7 @@
 #include "cli/JsonOutput.h"
 #include "cli/Outputs.h"
 #include "cli/Plotoutput.h"
+#include "files/Filesaveread.h"
 #include "numerics/Matherrmain.h"
 #include "numerics/MessageSink.h"
 
@@ -55,6 +56,7 @@ class ScopedInstall {
 };
 
 const char* const ValueOptions[][2] = {
+    {"--open", "Start from the design file FILE (.kq_opamp)"},
     {"--topology", "Circuit: vcvs-lpf, mfb-lpf, vcvs-hpf, mfb-hpf, vcvs-bpf, mfb-bpf, notch"},
     {"--response",
      "Response family: butterworth, chebyshev, papoulis, bessel, gaussian, adjustable-gauss"},
@@ -81,6 +83,7 @@ const char* const ValueOptions[][2] = {
     {"--csv", "Write the traces as CSV to FILE, or - for standard output"},
     {"--spice", "Write a SPICE netlist of the cascade to FILE, or - for standard output"},
     {"--plot", "Draw the plot into FILE (.png or .bmp)"},
+    {"--save", "Save the design file FILE (.kq_opamp), as File > Save As does"},
     {"--width", "Width of the plot image in pixels (default 800)"},
     {"--height", "Height of the plot image in pixels (default 500)"},
 };
@@ -124,6 +127,14 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     ComponentSettings settings;
     std::uint32_t seed = 1;
     ImageSize plotSize;
+    if (options.Has("--open")) {
+        try {
+            OpenDesign(options.Get("--open"), state, *boxes, settings);
+        } catch (const std::runtime_error& e) {
+            err << "nerivane-cli: " << e.what() << "\n";
+            return 1;
+        }
+    }
     try {
         ApplyOptions(options, state, *boxes, settings);
         if (options.Has("--seed")) seed = SeedOption(options);
@@ -180,6 +191,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         if (options.Has("--spice"))
             WriteText(options.Get("--spice"), SpiceText(state, *results, settings), out, "SPICE");
         if (plot) plot->Save(options.Get("--plot"));
+        if (options.Has("--save") && !WriteDesignFile(options.Get("--save"), state))
+            throw std::runtime_error(SaveFailedMessage);
     } catch (const std::exception& e) {
         err << "nerivane-cli: " << e.what() << "\n";
         return 1;

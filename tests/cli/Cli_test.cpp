@@ -256,6 +256,44 @@ TEST(Cli, PlotIsWrittenAsPngOrBmp) {
     EXPECT_EQ(RunWith({"--plot", png, "--width", "10"}).status, 2);
 }
 
+// A design saved by the command line opens again with every box as it was.
+TEST(Cli, SaveThenOpenGivesTheSameDesign) {
+    const std::string path = ::testing::TempDir() + "nerivane_cli_design.kq_opamp";
+    const std::vector<std::string> design = {
+        "--topology", "mfb-hpf",   "--response", "chebyshev", "--poles", "5",      "--f0",
+        "2.5k",       "--gain-db", "-3",         "--ripple",  "0.4",     "--mode", "standard",
+        "--cap-tol",  "5",         "--res-tol",  "2",         "--opamp", "3M,22"};
+    std::vector<std::string> saving = design;
+    saving.insert(saving.end(), {"--save", path});
+    ASSERT_EQ(RunWith(saving).status, 0);
+    nlohmann::json original = JsonOf(design);
+    nlohmann::json reopened = JsonOf({"--open", path});
+    EXPECT_EQ(reopened["design"], original["design"]);
+    EXPECT_EQ(reopened["components"], original["components"]);
+    EXPECT_TRUE(reopened["repairs"].empty()) << reopened["repairs"];
+    // Options given with --open change the opened design.
+    EXPECT_EQ(JsonOf({"--open", path, "--poles", "3"})["design"]["poles"], 3);
+    std::remove(path.c_str());
+}
+
+TEST(Cli, RejectedOrMissingDesignFilesExitWithStatusOne) {
+    const std::string bad = ::testing::TempDir() + "nerivane_cli_bad.kq_opamp";
+    FILE* file = std::fopen(bad.c_str(), "wb");
+    std::fputs("not a design", file);
+    std::fclose(file);
+    const CliRun rejected = RunWith({"--open", bad, "--json", "-"});
+    EXPECT_EQ(rejected.status, 1);
+    EXPECT_TRUE(rejected.out.empty());
+    EXPECT_NE(rejected.err.find("Open File operation failed due to an incompatibility with this "
+                                "program."),
+              std::string::npos);
+    const CliRun missing = RunWith({"--open", bad + ".none.kq_opamp"});
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_NE(missing.err.find("This file doesn't exist."), std::string::npos);
+    EXPECT_EQ(RunWith({"--save", "/proc/nerivane.kq_opamp"}).status, 1);
+    std::remove(bad.c_str());
+}
+
 TEST(Cli, UnwritableJsonFileExitsWithStatusOne) {
     const CliRun run = RunWith({"--json", "/nonexistent-folder/result.json"});
     EXPECT_EQ(run.status, 1);

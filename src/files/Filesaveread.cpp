@@ -1,0 +1,156 @@
+#include "files/Filesaveread.h"
+
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <string_view>
+
+#include "app/Initializevars.h"
+#include "files/Atomicwrite.h"
+
+namespace nerivane {
+namespace {
+
+// clang-format off
+constexpr const char* FamilyTexts[] = {
+    " Pole Butterworth", " Pole Chebyshev", " Pole Papoulis", " Pole Bessel", " Pole Gaussian",
+    " Pole Adj Gauss", " Pole Z Plane", " Pole Inv Cheby", " Pole Elliptic",
+};
+constexpr const char* TopologyTexts[] = {
+    " VCVS LPF", " MFB LPF", " VCVS HPF", " MFB HPF", " VCVS BPF", " MFB_BPF", " NOTCH",
+};
+// clang-format on
+
+std::int32_t ReadInt32(const unsigned char* bytes, std::size_t offset) {
+    std::int32_t value = 0;
+    std::memcpy(&value, bytes + offset, sizeof value);
+    return value;
+}
+
+bool IdentityMatches(const DesignState& state) {
+    DesignState reference;
+    WriteRecordText(reference.Identity, IdentityTextUnits, IdentityText);
+    for (int i = 0; i < IdentityTextUnits; ++i) {
+        if (state.Identity[i] != reference.Identity[i]) return false;
+        if (reference.Identity[i] == u'\0') return true;
+    }
+    return true;
+}
+
+bool VersionAccepted(std::int32_t major, std::int32_t minor) {
+    // Files of version 2.0 to 2.2 and 1.0 to 1.1 share this layout.
+    const std::int64_t magnitude = std::abs(static_cast<std::int64_t>(minor));
+    if (major == 2) return magnitude < 3;
+    if (major == 1) return magnitude <= 1;
+    return false;
+}
+
+template <typename T>
+void KeepInRange(T& value, T low, T high, T fallback) {
+    if (value < low || value > high) value = fallback;
+}
+
+void KeepUsable(double& value, double low, double high, double fallback) {
+    if (!(value >= low && value <= high)) value = fallback;
+}
+
+std::int32_t Flag(std::int32_t value) {
+    return value != 0 ? 1 : 0;
+}
+
+}  // namespace
+
+bool WriteDesignFile(const std::string& path, const DesignState& state) {
+    const auto* bytes = reinterpret_cast<const char*>(&state);
+    return WriteFileAtomically(path, std::string_view(bytes, sizeof state));
+}
+
+bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignState& scratch) {
+    if (count < offsetof(DesignState, RecordSize) + sizeof(std::int32_t)) return false;
+    const std::int32_t size = ReadInt32(bytes, offsetof(DesignState, RecordSize));
+    if (size == static_cast<std::int32_t>(OlderRecordSize) && count == OlderRecordSize) {
+        // The earlier, shorter record: its fields are a prefix of this one's.
+        std::memcpy(&scratch, bytes, OlderRecordSize);
+        scratch.RecordSize = DesignRecordSize;
+    } else if (count == sizeof(DesignState) && size == DesignRecordSize) {
+        std::memcpy(&scratch, bytes, sizeof scratch);
+    } else {
+        return false;
+    }
+    return IdentityMatches(scratch) && VersionAccepted(scratch.VersionMajor, scratch.VersionMinor);
+}
+
+void SanitizeDesignRecord(DesignState& s) {
+    const DesignState defaults = DefaultDesignState();
+    KeepInRange(s.ResponseIndex, 0, 8, defaults.ResponseIndex);
+    KeepInRange(s.TopologyIndex, 0, 6, defaults.TopologyIndex);
+    KeepInRange(s.SweepIndex, 0, 5, defaults.SweepIndex);
+    KeepInRange(s.NumPoles, 1, MaxPoles, defaults.NumPoles);
+    s.NumSections = SectionsForPoles(s.TopologyIndex, s.NumPoles);
+    KeepInRange(s.SelectedSection, 0, s.NumSections - 1, 0);
+    KeepInRange(s.AdjustFocus, 0, FocusNothing, defaults.AdjustFocus);
+    KeepUsable(s.F0, 1.0, 1e8, defaults.F0);
+    KeepUsable(s.BandWidth, 10.0, 1e8, defaults.BandWidth);
+    KeepUsable(s.Ripple, 0.0, 2.0, defaults.Ripple);
+    KeepUsable(s.Gamma, -1.0, 1.0, defaults.Gamma);
+    KeepUsable(s.SectionGain, 0.09, 11.0, defaults.SectionGain);
+    KeepUsable(s.OpAmpGainBandwidth, 1e3, 1e8, defaults.OpAmpGainBandwidth);
+    KeepUsable(s.OpAmpOutputResistance, 0.0, 1e4, defaults.OpAmpOutputResistance);
+    KeepUsable(s.PhaseThreshold, -200.0, 200.0, defaults.PhaseThreshold);
+    KeepUsable(s.TestValue, -100.0, 100.0, defaults.TestValue);
+    for (int i = 0; i < MaxSections; ++i) {
+        KeepUsable(s.SectionC1[i], 1e-15, 1.0, defaults.SectionC1[i]);
+        KeepUsable(s.SectionC2[i], 1e-15, 1.0, defaults.SectionC2[i]);
+    }
+    const auto mode = static_cast<std::int32_t>(s.Tolerance);
+    if (mode < 0 || mode > 2) s.Tolerance = defaults.Tolerance;
+    if (s.ReadOut != ReadOutMode::ValueAtFrequency) s.ReadOut = ReadOutMode::GraphPosition;
+    if (s.Magnitude != MagnitudeMode::Linear) s.Magnitude = MagnitudeMode::Db;
+    if (s.Phase != PhaseMode::Hilbert) s.Phase = PhaseMode::Plain;
+    for (std::int32_t* flag : {&s.IdealOpAmp, &s.PlotMag, &s.PlotMag1dB, &s.PlotPhase,
+                               &s.PlotGroupDelay, &s.PlotPulse, &s.PlotReference, &s.AutoScale})
+        *flag = Flag(*flag);
+    // Texts must end inside their fields, whatever the file held.
+    s.ToleranceText[std::size(s.ToleranceText) - 1] = u'\0';
+    s.CapacitorToleranceText[std::size(s.CapacitorToleranceText) - 1] = u'\0';
+    s.ResistorToleranceText[std::size(s.ResistorToleranceText) - 1] = u'\0';
+    StampFormatVersion(s);
+}
+
+OpenOutcome ReadDesignFile(const std::string& path, DesignState& state) {
+    const std::string extension = std::string(".") + DesignFileExtension;
+    if (path.size() < extension.size() ||
+        path.compare(path.size() - extension.size(), extension.size(), extension) != 0)
+        return OpenOutcome::WrongExtension;
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return OpenOutcome::Missing;
+    unsigned char bytes[sizeof(DesignState)];
+    file.read(reinterpret_cast<char*>(bytes), sizeof bytes);
+    const auto count = static_cast<std::size_t>(file.gcount());
+    // One byte more than a record means a longer file, which is not ours either.
+    const bool longer = count == sizeof bytes && file.peek() != std::char_traits<char>::eof();
+    DesignState scratch = state;
+    if (longer || !ValidateDesignBytes(bytes, count, scratch)) return OpenOutcome::Incompatible;
+    SanitizeDesignRecord(scratch);
+    state = scratch;
+    return OpenOutcome::Opened;
+}
+
+std::string ProposedFileName(const DesignState& state) {
+    const int family =
+        state.ResponseIndex >= 0 && state.ResponseIndex <= 8 ? state.ResponseIndex : 0;
+    const int topology =
+        state.TopologyIndex >= 0 && state.TopologyIndex <= 6 ? state.TopologyIndex : 0;
+    return std::to_string(state.NumPoles) + FamilyTexts[family] + TopologyTexts[topology];
+}
+
+std::string DesignTitle(const std::string& path) {
+    const std::size_t slash = path.find_last_of('/');
+    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
+    const std::size_t dot = name.find_last_of('.');
+    if (dot != std::string::npos && dot > 0) name.erase(dot);
+    return name;
+}
+
+}  // namespace nerivane

@@ -1,0 +1,46 @@
+// Design files: the 2016-byte image of the design record, written so that a failed save never
+// damages the file that was there, and read back only when its size, identity and version say
+// this program wrote it (the earlier 1248-byte format included).
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "app/DesignState.h"
+
+namespace nerivane {
+
+inline constexpr const char* DesignFileExtension = "kq_opamp";
+inline constexpr const char* SaveFailedMessage = "Save File operation failed.";
+inline constexpr const char* SaveFailedCaption = "Program Info";
+inline constexpr const char* IncompatibleFileMessage =
+    "Open File operation failed due to an incompatibility with this program.";
+inline constexpr const char* MissingFileMessage = "This file doesn't exist. \n\n";
+inline constexpr std::size_t OlderRecordSize = 1248;
+
+// Writes the record as it stands; false when the file could not be written completely.
+bool WriteDesignFile(const std::string& path, const DesignState& state);
+
+// Checks bytes read from a design file and, when they are valid, lays them over scratch (which
+// starts as a copy of the design on screen: an older, shorter file leaves the later fields as
+// they were). False leaves scratch unusable and the caller's design untouched.
+bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignState& scratch);
+
+// Brings a record read from a file into the ranges the program works with: unknown indices,
+// impossible capacitors and flags are replaced by their defaults, so whatever a file holds
+// the next calculation can run.
+void SanitizeDesignRecord(DesignState& state);
+
+enum class OpenOutcome { Opened, Missing, WrongExtension, Incompatible };
+
+// Reads path into state when it is a valid design file; state is changed only then.
+OpenOutcome ReadDesignFile(const std::string& path, DesignState& state);
+
+// "4 Pole Butterworth MFB LPF": what Save As proposes for the design.
+std::string ProposedFileName(const DesignState& state);
+
+// The design's title shown in the caption and the recent-files menu: the file name without
+// its folder and extension.
+std::string DesignTitle(const std::string& path);
+
+}  // namespace nerivane

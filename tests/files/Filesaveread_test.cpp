@@ -1,0 +1,225 @@
+#include "files/Filesaveread.h"
+
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <random>
+
+#include "app/Initializevars.h"
+#include "numerics/Polymain.h"
+
+namespace nerivane {
+namespace {
+
+namespace fs = std::filesystem;
+
+class DesignFiles : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        folder = fs::temp_directory_path() /
+                 ("nerivane_files_" + std::to_string(::getpid()) + "_" +
+                  ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(folder);
+        fs::create_directories(folder);
+    }
+    void TearDown() override { fs::remove_all(folder); }
+    std::string Path(const std::string& name) const { return (folder / name).string(); }
+
+    static DesignState Unusual() {
+        DesignState s = DefaultDesignState();
+        s.ResponseIndex = 1;
+        s.TopologyIndex = 5;
+        s.SweepIndex = 2;
+        s.NumPoles = 7;
+        s.NumSections = 7;
+        s.SelectedSection = 3;
+        s.F0 = 12345.678;
+        s.BandWidth = 987.5;
+        s.Ripple = 0.35;
+        s.Gamma = -0.45;
+        s.SectionGain = 1.9952623149688795;
+        s.PhaseThreshold = -42.0;
+        s.IdealOpAmp = 0;
+        s.OpAmpGainBandwidth = 3.3e6;
+        s.OpAmpOutputResistance = 47.0;
+        s.Tolerance = ToleranceMode::Standard;
+        s.PlotPhase = s.PlotGroupDelay = 1;
+        s.Magnitude = MagnitudeMode::Linear;
+        for (int i = 0; i < MaxSections; ++i) {
+            s.SectionC1[i] = 1e-9 * (i + 1);
+            s.SectionC2[i] = 2.2e-9 * (i + 1);
+        }
+        BuildPrototype(s.ResponseIndex, s.NumPoles, s.Ripple, s.Gamma, s.Sections);
+        return s;
+    }
+
+    void WriteBytes(const std::string& path, const void* bytes, std::size_t count) {
+        std::ofstream(path, std::ios::binary).write(static_cast<const char*>(bytes), count);
+    }
+
+    fs::path folder;
+};
+
+TEST_F(DesignFiles, EveryFieldSurvivesSaveAndOpenByteForByte) {
+    const DesignState saved = Unusual();
+    ASSERT_TRUE(WriteDesignFile(Path("a.kq_opamp"), saved));
+    EXPECT_EQ(fs::file_size(Path("a.kq_opamp")), 2016u);
+    DesignState opened = DefaultDesignState();
+    ASSERT_EQ(ReadDesignFile(Path("a.kq_opamp"), opened), OpenOutcome::Opened);
+    EXPECT_EQ(std::memcmp(&opened, &saved, sizeof saved), 0);
+}
+
+struct Rejection {
+    const char* what;
+    std::size_t size;
+    std::int32_t sizeField;
+    std::int32_t major;
+    std::int32_t minor;
+    bool foreign;
+};
+
+TEST_F(DesignFiles, RejectionsLeaveTheDesignUntouched) {
+    // clang-format off
+    const Rejection cases[] = {
+        {"short file",            2000, 2016, 2, 2, false},
+        {"long file",             2017, 2016, 2, 2, false},
+        {"foreign identity",      2016, 2016, 2, 2, true},
+        {"version 2.3",           2016, 2016, 2, 3, false},
+        {"version 1.2",           2016, 2016, 1, 2, false},
+        {"version 3.0",           2016, 2016, 3, 0, false},
+        {"1248 bytes saying 2016",1248, 2016, 2, 2, false},
+        {"2016 bytes saying 1248",2016, 1248, 2, 2, false},
+        {"empty file",            0,    2016, 2, 2, false},
+    };
+    // clang-format on
+    for (const Rejection& c : cases) {
+        DesignState record = Unusual();
+        record.RecordSize = c.sizeField;
+        record.VersionMajor = c.major;
+        record.VersionMinor = c.minor;
+        if (c.foreign) record.Identity[0] = u'X';
+        std::vector<unsigned char> bytes(c.size, 0x5A);
+        std::memcpy(bytes.data(), &record, std::min(c.size, sizeof record));
+        WriteBytes(Path("r.kq_opamp"), bytes.data(), bytes.size());
+        const DesignState before = DefaultDesignState();
+        DesignState design = before;
+        EXPECT_EQ(ReadDesignFile(Path("r.kq_opamp"), design), OpenOutcome::Incompatible) << c.what;
+        EXPECT_EQ(std::memcmp(&design, &before, sizeof design), 0) << c.what;
+    }
+}
+
+TEST_F(DesignFiles, OlderVersionsAndTheShorterFormatOpen) {
+    for (const auto& [major, minor] : {std::pair{2, -2}, {2, 0}, {1, 1}, {1, -1}, {1, 0}}) {
+        DesignState record = Unusual();
+        record.VersionMajor = major;
+        record.VersionMinor = minor;
+        WriteBytes(Path("v.kq_opamp"), &record, sizeof record);
+        DesignState design = DefaultDesignState();
+        EXPECT_EQ(ReadDesignFile(Path("v.kq_opamp"), design), OpenOutcome::Opened)
+            << major << "." << minor;
+    }
+    DesignState older = Unusual();
+    older.RecordSize = 1248;
+    WriteBytes(Path("old.kq_opamp"), &older, 1248);
+    DesignState design = DefaultDesignState();
+    design.Sections.NumS0[19] = 7.5;  // beyond the older record's end: keeps its value
+    ASSERT_EQ(ReadDesignFile(Path("old.kq_opamp"), design), OpenOutcome::Opened);
+    EXPECT_EQ(design.F0, older.F0);
+    EXPECT_EQ(design.SectionC2[19], older.SectionC2[19]);
+    EXPECT_EQ(design.Sections.NumS0[19], 7.5);
+    EXPECT_EQ(design.RecordSize, 2016);
+}
+
+TEST_F(DesignFiles, OnlyTheExactExtensionIsReadAndMissingFilesSaySo) {
+    DesignState design = DefaultDesignState();
+    WriteDesignFile(Path("a.KQ_OPAMP"), Unusual());
+    EXPECT_EQ(ReadDesignFile(Path("a.KQ_OPAMP"), design), OpenOutcome::WrongExtension);
+    EXPECT_EQ(ReadDesignFile(Path("none.kq_opamp"), design), OpenOutcome::Missing);
+    EXPECT_EQ(design.F0, 5000.0);
+}
+
+TEST_F(DesignFiles, FailedSavesLeaveTheOldFileWhole) {
+    const DesignState old = Unusual();
+    ASSERT_TRUE(WriteDesignFile(Path("keep.kq_opamp"), old));
+    // A folder where the file should be cannot be replaced by a file.
+    fs::create_directories(Path("busy.kq_opamp/inside"));
+    EXPECT_FALSE(WriteDesignFile(Path("busy.kq_opamp"), DefaultDesignState()));
+    EXPECT_TRUE(fs::is_directory(Path("busy.kq_opamp/inside")));
+    // A folder nobody may write into, and one that does not exist.
+    EXPECT_FALSE(WriteDesignFile("/proc/nerivane.kq_opamp", old));
+    EXPECT_FALSE(WriteDesignFile(Path("missing/x.kq_opamp"), old));
+    DesignState design = DefaultDesignState();
+    ASSERT_EQ(ReadDesignFile(Path("keep.kq_opamp"), design), OpenOutcome::Opened);
+    EXPECT_EQ(std::memcmp(&design, &old, sizeof old), 0);
+    for (const auto& entry : fs::directory_iterator(folder))  // no half-written leftovers
+        EXPECT_EQ(entry.path().string().find(".saving-"), std::string::npos);
+}
+
+// A save killed at any moment leaves either the old design or the new one, never a torn file.
+TEST_F(DesignFiles, ASaveKilledHalfWayLeavesAWholeFile) {
+    const DesignState oldDesign = Unusual();
+    DesignState newDesign = DefaultDesignState();
+    const std::string path = Path("killed.kq_opamp");
+    ASSERT_TRUE(WriteDesignFile(path, oldDesign));
+    for (int attempt = 0; attempt < 10; ++attempt) {
+        const pid_t child = ::fork();
+        ASSERT_GE(child, 0);
+        if (child == 0) {
+            for (int i = 0;; ++i) WriteDesignFile(path, i % 2 ? oldDesign : newDesign);
+        }
+        ::usleep(2000 + 1500 * attempt);
+        ::kill(child, SIGKILL);
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        DesignState design = DefaultDesignState();
+        ASSERT_EQ(ReadDesignFile(path, design), OpenOutcome::Opened) << attempt;
+        const bool isOld = std::memcmp(&design, &oldDesign, sizeof design) == 0;
+        const bool isNew = std::memcmp(&design, &newDesign, sizeof design) == 0;
+        EXPECT_TRUE(isOld || isNew) << attempt;
+    }
+}
+
+TEST(ProposedFileName, CountFamilyAndTopology) {
+    DesignState s = DefaultDesignState();
+    s.NumPoles = 4;
+    s.ResponseIndex = 0;
+    s.TopologyIndex = 1;
+    EXPECT_EQ(ProposedFileName(s), "4 Pole Butterworth MFB LPF");
+    s.NumPoles = 2;
+    s.ResponseIndex = 3;
+    s.TopologyIndex = 6;
+    EXPECT_EQ(ProposedFileName(s), "2 Pole Bessel NOTCH");
+    s.TopologyIndex = 5;
+    s.ResponseIndex = 8;
+    EXPECT_EQ(ProposedFileName(s), "2 Pole Elliptic MFB_BPF");
+    EXPECT_EQ(DesignTitle("/home/a/Kestrune/4 Pole Bessel VCVS LPF.kq_opamp"),
+              "4 Pole Bessel VCVS LPF");
+}
+
+// Whatever bytes a valid header carries, the record comes out usable.
+TEST(SanitizeDesignRecord, AnyBytesBecomeAUsableDesign) {
+    std::mt19937 generator(99);
+    for (int trial = 0; trial < 500; ++trial) {
+        DesignState s;
+        auto* bytes = reinterpret_cast<unsigned char*>(&s);
+        for (std::size_t i = 0; i < sizeof s; ++i)
+            bytes[i] = static_cast<unsigned char>(generator());
+        SanitizeDesignRecord(s);
+        ASSERT_GE(s.TopologyIndex, 0);
+        ASSERT_LE(s.TopologyIndex, 6);
+        ASSERT_GE(s.NumPoles, 1);
+        ASSERT_LE(s.NumPoles, 20);
+        ASSERT_LT(s.SelectedSection, s.NumSections);
+        ASSERT_TRUE(s.F0 >= 1.0 && s.F0 <= 1e8);
+        for (int i = 0; i < MaxSections; ++i) ASSERT_TRUE(s.SectionC1[i] > 0.0);
+        ASSERT_EQ(s.RecordSize, 2016);
+    }
+}
+
+}  // namespace
+}  // namespace nerivane

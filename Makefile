@@ -3,9 +3,11 @@
 # builds and runs the benchmarks.
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
+FUZZ_DIR ?= build-fuzz
+FUZZ_SECONDS ?= 20
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps build build-sanitize run test test-plain test-sanitize bench format format-check clean
+.PHONY: all deps build build-sanitize run test test-plain test-sanitize fuzz bench format format-check clean
 
 all: build
 
@@ -21,7 +23,7 @@ build-sanitize: deps
 	@cmake --build $(SANITIZE_DIR) -j $(JOBS)
 
 run: build
-	@$(BUILD_DIR)/src/cli/nerivane-cli --help
+	@$(BUILD_DIR)/src/gui/nerivane
 
 test-plain: build
 	@ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)
@@ -30,7 +32,23 @@ test-sanitize: build-sanitize
 	@ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 		ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
 
-test: format-check test-plain test-sanitize
+# Each fuzz target runs for FUZZ_SECONDS from the committed corpus; what it finds new goes to
+# a scratch folder, so the committed corpus only changes by hand.
+fuzz: deps
+	@cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++ \
+		-DNERIVANE_FUZZ=ON -DNERIVANE_GUI=OFF -DNERIVANE_BENCH=OFF >/dev/null
+	@cmake --build $(FUZZ_DIR) -j $(JOBS) --target Designfile_fuzz Settings_fuzz
+	@for target in Designfile_fuzz Settings_fuzz; do \
+		scratch=$$(mktemp -d); \
+		if ! $(FUZZ_DIR)/fuzz/$$target -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
+			$$scratch fuzz/corpus/$$target > $$scratch.log 2>&1; then \
+			tail -40 $$scratch.log; exit 1; \
+		fi; \
+		echo "$$target: $$(grep -c . $$scratch.log) log lines, no crash"; \
+		rm -rf $$scratch $$scratch.log; \
+	done
+
+test: format-check test-plain test-sanitize fuzz
 
 bench: build
 	@for program in $(BUILD_DIR)/bench/*_bench; do $$program --benchmark_min_time=0.2; done

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(
-  cmake ninja-build g++ make clang-format
+  cmake ninja-build g++ make clang-format clang libclang-rt-14-dev
   libgtest-dev libbenchmark-dev
   libcli11-dev nlohmann-json3-dev
   ngspice

@@ -1,0 +1,22 @@
+#include "gui/ProgramWindows.h"
+
+#include "gui/AboutForm.h"
+#include "gui/CompSelectForm.h"
+#include "gui/MathErrForm.h"
+#include "gui/OptionsForm.h"
+
+namespace nerivane {
+
+ProgramWindows CreateProgramWindows() {
+    ProgramWindows windows;
+    windows.topForm = std::make_unique<TTopForm>();
+    TTopForm* top = windows.topForm.get();
+    windows.dialogs.compSelect = new TCompSelectForm(top);
+    windows.dialogs.mathErr = new TMathErrForm(top);
+    windows.dialogs.options = new TOptionsForm(top);
+    windows.dialogs.about = new TAboutForm(top);
+    top->AttachDialogs(windows.dialogs);
+    return windows;
+}
+
+}  // namespace nerivane

@@ -1,0 +1,19 @@
+// The core's modal messages as message boxes over the main window.
+#pragma once
+
+#include <QWidget>
+
+#include "numerics/MessageSink.h"
+
+namespace nerivane {
+
+class QtMessageSink final : public MessageSink {
+  public:
+    explicit QtMessageSink(QWidget* parent) : parent_(parent) {}
+    void ShowMessage(const std::string& text, const std::string& caption) override;
+
+  private:
+    QWidget* parent_;
+};
+
+}  // namespace nerivane

@@ -1,0 +1,234 @@
+// The main window's life: construction, start-up, layout on resizing, the keys it sees before
+// its controls, and which box the keys step.
+#include "gui/TopForm.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QScreen>
+#include <QWheelEvent>
+#include <QWindow>
+#include <functional>
+
+#include "app/Initializevars.h"
+#include "gui/AboutForm.h"
+#include "gui/CompSelectForm.h"
+#include "gui/MathErrForm.h"
+#include "gui/OptionsForm.h"
+#include "gui/QtMessageSink.h"
+#include "gui/TopFormWidgets.h"
+
+namespace nerivane {
+namespace {
+
+constexpr int DesignWidth = 652;
+constexpr int DesignHeight = 619;
+constexpr int StartedWidth = 725;
+// A plot drawn for a worst-case analysis gets its runs back this long after resizing stops.
+constexpr int WorstCaseRedrawDelayMs = 150;
+// One notch of a mouse wheel.
+constexpr int WheelNotch = 120;
+
+}  // namespace
+
+TTopForm::TTopForm(QWidget* parent)
+    : QMainWindow(parent),
+      widgets_(std::make_unique<TopFormWidgets>()),
+      messageSink_(std::make_unique<QtMessageSink>(this)),
+      state_(DefaultDesignState()),
+      results_(std::make_unique<DesignResults>()) {
+    setObjectName(QStringLiteral("TopForm"));
+    setWindowTitle(QStringLiteral("Nerivane"));
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("MainPanel"));
+    setCentralWidget(central);
+    BuildControls(*central, *widgets_);
+    BuildMenus();
+    boxes_ = std::make_unique<TopFormBoxes>(*widgets_);
+    controls_ = UpdateControlStates(state_);
+    central->installEventFilter(this);
+    ConnectHandlers();
+    worstCaseRedraw_.setSingleShot(true);
+    worstCaseRedraw_.setInterval(WorstCaseRedrawDelayMs);
+    connect(&worstCaseRedraw_, &QTimer::timeout, this, &TTopForm::CalcButtonClick);
+    // The window sees every key before the control that has the focus.
+    qApp->installEventFilter(this);
+    InstallMessageSink(messageSink_.get());
+    resize(DesignWidth, DesignHeight);
+}
+
+TTopForm::~TTopForm() {
+    qApp->removeEventFilter(this);
+    InstallMessageSink(nullptr);
+    if (dialogs_.mathErr != nullptr) InstallMathErrorLog(nullptr);
+}
+
+void TTopForm::AttachDialogs(const Dialogs& dialogs) {
+    dialogs_ = dialogs;
+    connect(dialogs_.compSelect, &TCompSelectForm::ComponentChanged, this,
+            &TTopForm::CalcButtonClick);
+    connect(dialogs_.options, &TOptionsForm::Applied, this, &TTopForm::CalcButtonClick);
+    InstallMathErrorLog(dialogs_.mathErr);
+}
+
+void TTopForm::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (shown_) return;
+    shown_ = true;
+    // A screen of another pixel density needs the plot painted at that density.
+    if (QWindow* window = windowHandle())
+        connect(window, &QWindow::screenChanged, this, &TTopForm::RedrawPlot);
+    FormShow();
+}
+
+void TTopForm::FormShow() {
+    state_ = DefaultDesignState();
+    controls_ = UpdateControlStates(state_);
+    ApplyControlStates();
+    FormResize();
+    CalcButtonClick();
+    QRect frame(QPoint(0, 0), QSize(StartedWidth, height()));
+    if (const QScreen* display = screen()) frame.moveCenter(display->availableGeometry().center());
+    setGeometry(frame);
+}
+
+void TTopForm::closeEvent(QCloseEvent* event) {
+    FormClose();
+    QMainWindow::closeEvent(event);
+}
+
+void TTopForm::FormClose() {
+    // The secondary windows end with the main one, so closing it ends the program.
+    for (QWidget* dialog :
+         {static_cast<QWidget*>(dialogs_.compSelect), static_cast<QWidget*>(dialogs_.options),
+          static_cast<QWidget*>(dialogs_.about), static_cast<QWidget*>(dialogs_.mathErr)}) {
+        if (dialog != nullptr) dialog->close();
+    }
+}
+
+void TTopForm::FormResize() {
+    TopFormWidgets& w = *widgets_;
+    const QWidget* central = centralWidget();
+    const int width = central->width();
+    const int height = central->height();
+    const int panelWidth = w.basePanel->width();
+    const int panelHeight = w.basePanel->height();
+    const int left = std::max(0, width - panelWidth);
+    w.basePanel->setGeometry(left, 0, panelWidth, panelHeight);
+    w.memo->setGeometry(left, panelHeight, panelWidth, std::max(0, height - panelHeight - 1));
+    const int controlsHeight = w.controlPanel->sizeHint().height();
+    w.controlPanel->setGeometry(0, 0, left, controlsHeight);
+    w.bitMap->setGeometry(0, controlsHeight, left, std::max(0, height - controlsHeight));
+    Redraw();
+    if (state_.Tolerance == ToleranceMode::WorstCase && calculated_) worstCaseRedraw_.start();
+}
+
+bool TTopForm::IsFirstDelivery(QObject* watched, QEvent* event) {
+    // A key the focused control ignores travels on to its parents, and the application's
+    // filter sees it at each of them (twice at the central widget, which this window also
+    // filters for its size); only its first stop counts.
+    const auto* previous = qobject_cast<QWidget*>(lastKeyReceiver_);
+    const bool propagated = event == lastKey_ && previous != nullptr &&
+                            (previous == watched || previous->parentWidget() == watched);
+    lastKey_ = event;
+    lastKeyReceiver_ = watched;
+    return !propagated;
+}
+
+bool TTopForm::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+        case QEvent::KeyPress: {
+            auto* widget = qobject_cast<QWidget*>(watched);
+            if (widget == nullptr || widget->window() != this) break;
+            if (IsFirstDelivery(watched, event)) FormKeyDown(*static_cast<QKeyEvent*>(event));
+            break;
+        }
+        case QEvent::KeyRelease: lastKey_ = nullptr; break;
+        case QEvent::MouseButtonPress: {
+            const auto* edit = qobject_cast<QLineEdit*>(watched);
+            if (edit != nullptr && edit->window() == this) MouseDownBoxSelect(watched);
+            break;
+        }
+        case QEvent::Wheel: {
+            const auto* wheel = static_cast<QWheelEvent*>(event);
+            if (StepByWheel(watched, wheel->angleDelta().y(),
+                            wheel->modifiers().testFlag(Qt::ControlModifier)))
+                return true;
+            break;
+        }
+        case QEvent::Resize:
+            if (watched == centralWidget()) FormResize();
+            break;
+        default: break;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void TTopForm::FormKeyDown(const QKeyEvent& event) {
+    const int key = event.key();
+    if (key == Qt::Key_F1 || key == Qt::Key_Up || key == Qt::Key_F2 || key == Qt::Key_Down) {
+        const bool up = key == Qt::Key_F1 || key == Qt::Key_Up;
+        const Step step{up ? StepDirection::Up : StepDirection::Down, false};
+        switch (state_.AdjustFocus) {
+            case FocusSection: SectionUpDownClick(step); break;
+            case FocusC1: C1C2UpDownClick(Capacitor::C1, up); break;
+            case FocusC2: C1C2UpDownClick(Capacitor::C2, up); break;
+            default: break;
+        }
+    } else if (key == Qt::Key_F5) {
+        state_.ResponseIndex = state_.ResponseIndex >= 8 ? 0 : state_.ResponseIndex + 1;
+        FilterMenuClick(nullptr);
+    } else if (key == Qt::Key_F7) {
+        state_.SweepIndex = state_.SweepIndex >= 5 ? 0 : state_.SweepIndex + 1;
+        FilterMenuClick(nullptr);
+    }
+}
+
+void TTopForm::MouseDownBoxSelect(QObject* sender) {
+    const TopFormWidgets& w = *widgets_;
+    if (sender == w.sectionBox)
+        state_.AdjustFocus = FocusSection;
+    else if (sender == w.c1ValueBox)
+        state_.AdjustFocus = FocusC1;
+    else if (sender == w.c2ValueBox)
+        state_.AdjustFocus = FocusC2;
+    else
+        state_.AdjustFocus = FocusNothing;
+}
+
+bool TTopForm::StepByWheel(QObject* box, int angleDelta, bool coarse) {
+    const TopFormWidgets& w = *widgets_;
+    const auto* edit = qobject_cast<QLineEdit*>(box);
+    if (edit == nullptr || !edit->isEnabled() || edit->window() != this) return false;
+    std::function<void(bool up)> stepOnce;
+    using Click = void (TTopForm::*)(Step);
+    const std::pair<QLineEdit*, Click> adjusters[] = {
+        {w.numPolesBox, &TTopForm::NumPolesUpDownClick},
+        {w.rippleBox, &TTopForm::RippleUpDownClick},
+        {w.gammaBox, &TTopForm::GammaUpDownClick},
+        {w.f0Box, &TTopForm::F0UpDownClick},
+        {w.bandWidthBox, &TTopForm::BandWidthUpDownClick},
+        {w.filterGainBox, &TTopForm::GainUpDownClick},
+        {w.sectionBox, &TTopForm::SectionUpDownClick},
+        {w.upDownBox, &TTopForm::TestUpDownClick},
+    };
+    for (const auto& [adjusted, click] : adjusters) {
+        if (adjusted == edit)
+            stepOnce = [this, click, coarse](bool up) {
+                (this->*click)({up ? StepDirection::Up : StepDirection::Down, coarse});
+            };
+    }
+    if (edit == w.c1ValueBox || edit == w.c2ValueBox) {
+        const Capacitor which = edit == w.c1ValueBox ? Capacitor::C1 : Capacitor::C2;
+        stepOnce = [this, which](bool up) { C1C2UpDownClick(which, up); };
+    }
+    if (!stepOnce) return false;
+    // Fine-grained wheels send fractions of a notch; a step is a whole notch.
+    wheelRemainder_ += angleDelta;
+    const int notches = wheelRemainder_ / WheelNotch;
+    wheelRemainder_ -= notches * WheelNotch;
+    for (int i = 0; i < std::abs(notches); ++i) stepOnce(notches > 0);
+    return true;
+}
+
+}  // namespace nerivane

@@ -1,0 +1,125 @@
+// The main window: the parameter boxes with their spinners, the selections, the plot and the
+// report. It owns the design record and the calculation's results; every handler reads its
+// widgets, calls the core and shows what the core left, so the window holds no numeric rules.
+#pragma once
+
+#include <QMainWindow>
+#include <QPoint>
+#include <QTimer>
+#include <memory>
+#include <optional>
+
+#include "app/Calculationdriver.h"
+#include "app/Controlstates.h"
+#include "app/DesignState.h"
+#include "app/Updownfunctions.h"
+#include "circuit/Componentsettings.h"
+#include "response/Plot.h"
+
+class QKeyEvent;
+
+namespace nerivane {
+
+class QtMessageSink;
+class TAboutForm;
+class TCompSelectForm;
+class TMathErrForm;
+class TOptionsForm;
+struct TopFormBoxes;
+struct TopFormWidgets;
+
+class TTopForm final : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    explicit TTopForm(QWidget* parent = nullptr);
+    ~TTopForm() override;
+
+    // The secondary windows whose boxes and choices the calculation reads. They are created
+    // after this window (as its children) and attached before it is shown.
+    struct Dialogs {
+        TCompSelectForm* compSelect = nullptr;
+        TOptionsForm* options = nullptr;
+        TAboutForm* about = nullptr;
+        TMathErrForm* mathErr = nullptr;
+    };
+    void AttachDialogs(const Dialogs& dialogs);
+
+    const DesignState& State() const { return state_; }
+    const DesignResults& Results() const { return *results_; }
+
+    // Start-up: defaults, control states, the first calculation, the final width.
+    void FormShow();
+    void FormClose();
+    // Section panel top right, the report under it, the plot in the rest.
+    void FormResize();
+    // F1/Up and F2/Down step the box the last click chose; F5 and F7 cycle the family and
+    // the sweep. The key is not consumed.
+    void FormKeyDown(const QKeyEvent& event);
+    // A press in the section box, C1 or C2 chooses what the keys step; other boxes, nothing.
+    void MouseDownBoxSelect(QObject* sender);
+    // File, Parts, Plot Options and Help items and the Tolerances button.
+    void FileMenuClick(QObject* sender);
+    // Circuit, response and sweep items, the check boxes and the tolerance buttons: store the
+    // selection, apply the control states, recalculate.
+    void FilterMenuClick(QObject* sender);
+    void CalcButtonClick();
+
+    void NumPolesUpDownClick(Step step);
+    void RippleUpDownClick(Step step);
+    void F0UpDownClick(Step step);
+    void BandWidthUpDownClick(Step step);
+    void GainUpDownClick(Step step);
+    void GammaUpDownClick(Step step);
+    void SectionUpDownClick(Step step);
+    void TestUpDownClick(Step step);
+    void C1C2UpDownClick(Capacitor which, bool up);
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+  private:
+    void BuildMenus();
+    void ConnectHandlers();
+    void ApplyControlStates();
+    void Calculate(bool singlePass);
+    PlotView CurrentPlotView();
+    void PaintRun(int run, const Traces& traces);
+    void Redraw();
+    void RedrawPlot();
+    void ShowResults();
+    void ShowCapacitorBoxColours();
+    void CapacitorEntered(Capacitor which);
+    void ShowReadout();
+    bool StepByWheel(QObject* box, int angleDelta, bool coarse);
+    bool IsFirstDelivery(QObject* watched, QEvent* event);
+
+    std::unique_ptr<TopFormWidgets> widgets_;
+    std::unique_ptr<TopFormBoxes> boxes_;
+    std::unique_ptr<QtMessageSink> messageSink_;
+    Dialogs dialogs_;
+
+    DesignState state_;
+    ComponentSettings settings_;
+    ControlStates controls_;
+    std::unique_ptr<DesignResults> results_;
+    bool calculated_ = false;
+    bool shown_ = false;
+
+    PlotView view_;  // of the picture on screen, for the read-out
+    QImage image_;   // painted run by run, then handed to the plot box
+    std::optional<QPoint> pointer_;
+    // A worst-case picture keeps its runs only until the plot changes size; they come back
+    // by running the analysis again once resizing stops.
+    QTimer worstCaseRedraw_;
+
+    bool c1Rejected_ = false;  // the last typed C1 or C2 was unreadable: silver until fixed
+    bool c2Rejected_ = false;
+    int wheelRemainder_ = 0;
+    const QEvent* lastKey_ = nullptr;  // the key press being propagated to parents
+    QObject* lastKeyReceiver_ = nullptr;
+};
+
+}  // namespace nerivane

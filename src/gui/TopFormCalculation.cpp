@@ -1,0 +1,172 @@
+// One calculation as the window runs it: the core reads the boxes and computes the design,
+// each simulation run is painted into the plot image as it finishes, and the report, labels
+// and section hints show what the calculation left.
+#include <QGuiApplication>
+#include <QScrollBar>
+#include <cmath>
+
+#include "app/Plotview.h"
+#include "gui/CompSelectForm.h"
+#include "gui/OptionsForm.h"
+#include "gui/TopForm.h"
+#include "gui/TopFormWidgets.h"
+#include "numerics/Formatfunctions.h"
+#include "render/PlotImage.h"
+#include "response/Readout.h"
+
+namespace nerivane {
+namespace {
+
+const QColor PushedDownColour(255, 255, 0);
+
+// The typed group-delay scale may lie within a factor of 100 either side of the automatic one.
+constexpr double ScaleRange = 100.0;
+
+QString Lines(const std::vector<std::string>& notes, const std::vector<std::string>& report) {
+    QString text;
+    for (const auto* lines : {&notes, &report}) {
+        for (const std::string& line : *lines) {
+            text += QString::fromStdString(line);
+            text += QLatin1Char('\n');
+        }
+    }
+    return text;
+}
+
+}  // namespace
+
+void TTopForm::CalcButtonClick() {
+    Calculate(false);
+}
+
+void TTopForm::Calculate(bool singlePass) {
+    if (dialogs_.compSelect == nullptr || dialogs_.options == nullptr) return;
+    worstCaseRedraw_.stop();
+    TopFormWidgets& w = *widgets_;
+    TopFormBoxes& b = *boxes_;
+    state_.IdealOpAmp = w.idealOpAmpCheckBox->isChecked();
+    state_.AutoScale = w.autoScaleCheckBox->isChecked();
+    dialogs_.compSelect->ReadClasses(settings_);
+    ParameterBoxes parameters{b.numPoles,
+                              b.ripple,
+                              b.f0,
+                              b.bandWidth,
+                              b.gain,
+                              b.gamma,
+                              b.section,
+                              b.testValue,
+                              b.c1Value,
+                              b.c2Value,
+                              dialogs_.options->ThresholdBox(),
+                              dialogs_.compSelect->GainBandwidthBox(),
+                              dialogs_.compSelect->OutputResistanceBox(),
+                              dialogs_.compSelect->WorstCaseRunsBox()};
+    CalculationOptions options;
+    options.singlePass = singlePass;
+    bool painted = false;
+    options.perRun = [this, &painted](int run, const Traces& traces) {
+        PaintRun(run, traces);
+        painted = true;
+    };
+    const bool longRun = state_.Tolerance == ToleranceMode::WorstCase && !singlePass;
+    if (longRun) QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    // The same draws every time, so an unchanged design redraws the same picture.
+    ToleranceRandom random;
+    nerivane::Calculate(state_, parameters, settings_, *results_, random, options);
+    calculated_ = true;
+    if (!painted) PaintRun(0, results_->traces);
+    w.bitMap->SetImage(std::move(image_));
+    ShowResults();
+    ShowReadout();
+    if (longRun) QGuiApplication::restoreOverrideCursor();
+}
+
+PlotView TTopForm::CurrentPlotView() {
+    const TopFormWidgets& w = *widgets_;
+    PlotView view = PlotViewFor(state_, controls_, *results_, std::max(1, w.bitMap->width()),
+                                std::max(1, w.bitMap->height()));
+    const double automatic = results_->traces.groupDelayScale;
+    if (state_.AutoScale != 0 || !(automatic > 0.0) || !std::isfinite(automatic)) {
+        boxes_->scale.SetRepaired(false);
+        boxes_->scale.SetText(FormatGeneral(automatic, 4));
+    } else {
+        view.groupDelayScale =
+            EditBoxToDouble(boxes_->scale, FormatGeneral(automatic / ScaleRange, 6),
+                            FormatGeneral(automatic, 6), FormatGeneral(automatic * ScaleRange, 6));
+    }
+    state_.GroupDelayScale = view.groupDelayScale;
+    return view;
+}
+
+void TTopForm::PaintRun(int run, const Traces& traces) {
+    // The first run brings the grid; a worst-case analysis draws its later runs over it.
+    if (run == 0) {
+        view_ = CurrentPlotView();
+        image_ = NewPlotImage(view_, widgets_->bitMap->devicePixelRatioF());
+    }
+    PaintPlot(image_, view_, traces, nullptr, run == 0);
+}
+
+void TTopForm::Redraw() {
+    if (!calculated_) return;
+    PaintRun(0, results_->traces);
+    widgets_->bitMap->SetImage(std::move(image_));
+    ShowReadout();
+}
+
+void TTopForm::RedrawPlot() {
+    // The runs of a worst-case analysis are not kept; the same draws bring them back.
+    if (state_.Tolerance == ToleranceMode::WorstCase && results_->runs > 1)
+        CalcButtonClick();
+    else
+        Redraw();
+}
+
+void TTopForm::ShowResults() {
+    TopFormWidgets& w = *widgets_;
+    const DesignResults& results = *results_;
+    // Stepping a part keeps the report where the user scrolled it.
+    QScrollBar* scroll = w.memo->verticalScrollBar();
+    const int scrolled = scroll->value();
+    w.memo->setPlainText(Lines(results.reportNotes, results.report));
+    scroll->setValue(scrolled);
+
+    w.opAmpBWLabel->setText(QString::fromStdString(results.opAmpLabels.bandwidth));
+    w.opAmpRoLabel->setText(QString::fromStdString(results.opAmpLabels.outputResistance));
+    w.rcToleranceLabel->setText(QString::fromStdString(results.toleranceLabel));
+    w.gammaLabel->setText(QString::fromStdString(results.gammaLabel));
+    w.c1ValueLabel->setText(QString::fromStdString(results.hints.c1LimitText));
+    w.c1ValueLabel->setVisible(results.hints.c1LimitVisible);
+    w.c2Label->setText(QString::fromStdString(results.hints.suggestedC2Text));
+    w.c2Panel->setVisible(results.hints.c2PanelVisible);
+    ShowCapacitorBoxColours();
+}
+
+void TTopForm::ShowCapacitorBoxColours() {
+    boxes_->c1Value.SetRepaired(c1Rejected_);
+    boxes_->c2Value.SetRepaired(c2Rejected_);
+    // Yellow: the design had to use a smaller C1 than the one typed.
+    if (!c1Rejected_ && calculated_ && results_->hints.c1PushedDown) {
+        QLineEdit* box = widgets_->c1ValueBox;
+        QPalette palette = box->palette();
+        palette.setColor(QPalette::Base, PushedDownColour);
+        box->setPalette(palette);
+    }
+}
+
+void TTopForm::ShowReadout() {
+    PlotBox& plot = *widgets_->bitMap;
+    if (!pointer_ || !calculated_) {
+        plot.SetReadout(QString(), 0, 0);
+        return;
+    }
+    const PlotGeometry geometry = GeometryFor(view_);
+    const ReadoutMode mode = state_.ReadOut == ReadOutMode::GraphPosition
+                                 ? ReadoutMode::GraphPosition
+                                 : ReadoutMode::ValueAtFrequency;
+    const std::optional<std::string> text =
+        ReadoutText(view_, geometry, results_->traces, pointer_->x(), pointer_->y(), mode);
+    plot.SetReadout(text ? QString::fromStdString(*text) : QString(), geometry.left, geometry.top);
+}
+
+}  // namespace nerivane

@@ -1,0 +1,308 @@
+// The controls of the main window and their arrangement inside the panels. Where the panels
+// sit in the window is FormResize's business.
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "app/Calculationdriver.h"
+#include "app/Updownfunctions.h"
+#include "gui/NamedWidget.h"
+#include "gui/TopFormWidgets.h"
+
+namespace nerivane {
+namespace {
+
+constexpr int NumberBoxWidth = 48;
+constexpr int CapacitorBoxWidth = 72;
+constexpr int ScaleBoxWidth = 80;
+constexpr int BasePanelWidth = 160;
+
+// The trace colours on the captions of the plot boxes, so each box shows its trace's colour.
+const QColor Mag1dBColour(128, 0, 0);
+const QColor MagColour(255, 0, 0);
+const QColor PhaseColour(0, 0, 255);
+const QColor GroupDelayColour(0, 96, 0);
+const QColor PulseColour(255, 128, 0);
+const QColor MemoBackground(245, 245, 245);
+
+QLineEdit* NewBox(const char* name, const char* text, int width, QWidget* parent) {
+    QLineEdit* box = NewNamed<QLineEdit>(name, QString::fromLatin1(text), parent);
+    box->setFixedWidth(width);
+    return box;
+}
+
+QLabel* NewLabel(const char* name, const QString& text, QWidget* parent) {
+    return NewNamed<QLabel>(name, text, parent);
+}
+
+QCheckBox* NewTraceBox(const char* name, const char* caption, const QColor& colour,
+                       const char* hint, QWidget* parent) {
+    QCheckBox* box = NewNamed<QCheckBox>(name, QString::fromLatin1(caption), parent);
+    QPalette palette = box->palette();
+    palette.setColor(QPalette::Active, QPalette::WindowText, colour);
+    palette.setColor(QPalette::Inactive, QPalette::WindowText, colour);
+    box->setPalette(palette);
+    box->setToolTip(QString::fromLatin1(hint));
+    return box;
+}
+
+// A labelled box with its spinner as one row of a grid.
+void AddBoxRow(QGridLayout& grid, int row, QLabel* label, QLineEdit* box, UpDownButtons* spinner) {
+    grid.addWidget(label, row, 0);
+    auto* pair = new QHBoxLayout;
+    pair->setSpacing(0);
+    pair->addWidget(box);
+    pair->addWidget(spinner);
+    spinner->setFixedHeight(box->sizeHint().height());
+    grid.addLayout(pair, row, 1);
+}
+
+QGroupBox* NewPanel(const char* name, const QString& title, QWidget* parent) {
+    QGroupBox* panel = new QGroupBox(title, parent);
+    panel->setObjectName(QString::fromLatin1(name));
+    return panel;
+}
+
+QGridLayout* NewGrid(QWidget* panel) {
+    auto* grid = new QGridLayout(panel);
+    grid->setContentsMargins(4, 4, 4, 4);
+    grid->setHorizontalSpacing(4);
+    grid->setVerticalSpacing(3);
+    return grid;
+}
+
+QWidget* BuildPolynomialPanel(QWidget* parent, TopFormWidgets& w) {
+    QGroupBox* panel = NewPanel("PolynomialPanel", QStringLiteral("Polynomial Arguments"), parent);
+    w.numPolesBox = NewBox("NumPolesBox", DefaultBoxTexts::NumPoles, NumberBoxWidth, panel);
+    w.numPolesUpDown = new UpDownButtons(QStringLiteral("NumPolesUpDown"), panel);
+    w.rippleBox = NewBox("RippleBox", DefaultBoxTexts::Ripple, NumberBoxWidth, panel);
+    w.rippleUpDown = new UpDownButtons(QStringLiteral("RippleUpDown"), panel);
+    w.rippleLabel = NewLabel("RippleLabel", QStringLiteral("Ripple"), panel);
+    w.gammaBox = NewBox("GammaBox", DefaultBoxTexts::Gamma, NumberBoxWidth, panel);
+    w.gammaUpDown = new UpDownButtons(QStringLiteral("GammaUpDown"), panel);
+    w.gammaLabel = NewLabel("GammaLabel", QStringLiteral("Adj Poly"), panel);
+    // The label names the family gamma resembles; room for the longest name keeps the panels
+    // from shifting as gamma changes.
+    int widest = 0;
+    for (const double gamma : {-1.0, -0.7, 0.0, 1.0}) {
+        const QString name = QString::fromStdString(GammaLabelText(gamma, true));
+        widest = std::max(widest, w.gammaLabel->fontMetrics().horizontalAdvance(name));
+    }
+    w.gammaLabel->setMinimumWidth(widest);
+    QGridLayout* grid = NewGrid(panel);
+    AddBoxRow(*grid, 0, NewLabel("NumPolesLabel", QStringLiteral("N Poles"), panel), w.numPolesBox,
+              w.numPolesUpDown);
+    AddBoxRow(*grid, 1, w.rippleLabel, w.rippleBox, w.rippleUpDown);
+    AddBoxRow(*grid, 2, w.gammaLabel, w.gammaBox, w.gammaUpDown);
+    grid->setRowStretch(3, 1);
+    return panel;
+}
+
+QWidget* BuildFrequencyPanel(QWidget* parent, TopFormWidgets& w) {
+    QGroupBox* panel = NewPanel("FrequencyPanel", QStringLiteral("Frequency"), parent);
+    w.f0Box = NewBox("F0Box", DefaultBoxTexts::F0, NumberBoxWidth, panel);
+    w.f0UpDown = new UpDownButtons(QStringLiteral("F0UpDown"), panel);
+    w.bandWidthBox = NewBox("BandWidthBox", DefaultBoxTexts::BandWidth, NumberBoxWidth, panel);
+    w.bandWidthUpDown = new UpDownButtons(QStringLiteral("BandWidthUpDown"), panel);
+    w.bandWidthLabel = NewLabel("BandWidthLabel", QStringLiteral("BW (kHz)"), panel);
+    w.filterGainBox = NewBox("FilterGainBox", DefaultBoxTexts::Gain, NumberBoxWidth, panel);
+    w.gainUpDown = new UpDownButtons(QStringLiteral("GainUpDown"), panel);
+    QGridLayout* grid = NewGrid(panel);
+    AddBoxRow(*grid, 0, NewLabel("F0Label", QStringLiteral("F0  (kHz)"), panel), w.f0Box,
+              w.f0UpDown);
+    AddBoxRow(*grid, 1, w.bandWidthLabel, w.bandWidthBox, w.bandWidthUpDown);
+    AddBoxRow(*grid, 2, NewLabel("GainLabel", QStringLiteral("Sect Gain (dB)"), panel),
+              w.filterGainBox, w.gainUpDown);
+    grid->setRowStretch(3, 1);
+    return panel;
+}
+
+// The parts: exact, standard or varied values, their tolerances and the op-amp model.
+QWidget* BuildPartsPanel(QWidget* parent, TopFormWidgets& w) {
+    QGroupBox* panel = NewPanel("PartsPanel", QStringLiteral("Components and Op Amp"), parent);
+    w.exactButton = NewNamed<QRadioButton>("ExactButton", QStringLiteral("Exact R"), panel);
+    w.exactButton->setChecked(true);
+    w.stdButton = NewNamed<QRadioButton>("StdButton", QStringLiteral("Standard R"), panel);
+    w.worstButton = NewNamed<QRadioButton>("WorstButton", QStringLiteral("Worst Case"), panel);
+    w.rcToleranceLabel = NewLabel("RCToleranceLabel", QStringLiteral("C 20%   R 20%"), panel);
+    w.toleranceButton =
+        NewNamed<QPushButton>("ToleranceButton", QStringLiteral("Tolerances"), panel);
+    w.idealOpAmpCheckBox =
+        NewNamed<QCheckBox>("IdealOpAmpCheckBox", QStringLiteral("Ideal Op Amp"), panel);
+    w.idealOpAmpCheckBox->setChecked(true);
+    w.opAmpBWLabel = NewLabel("OpAmpBWLabel", QStringLiteral("OpAmpBW"), panel);
+    w.opAmpRoLabel = NewLabel("OpAmpRoLabel", QStringLiteral("OpAmpRo"), panel);
+    QGridLayout* grid = NewGrid(panel);
+    grid->addWidget(w.exactButton, 0, 0);
+    grid->addWidget(w.stdButton, 1, 0);
+    grid->addWidget(w.worstButton, 2, 0);
+    grid->addWidget(w.rcToleranceLabel, 3, 0);
+    grid->addWidget(w.idealOpAmpCheckBox, 0, 1);
+    grid->addWidget(w.opAmpBWLabel, 1, 1);
+    grid->addWidget(w.opAmpRoLabel, 2, 1);
+    grid->addWidget(w.toleranceButton, 3, 1);
+    grid->setRowStretch(4, 1);
+    return panel;
+}
+
+QLayout* BuildTraceRow(QWidget* parent, TopFormWidgets& w) {
+    w.plotMagBox = NewTraceBox("PlotMagBox", "Mag 10 dB", MagColour,
+                               "Displays 20 Log() of the magnitude of the response.", parent);
+    w.plotMagBox->setChecked(true);
+    w.plotMag1dBBox = NewTraceBox("PlotMag1dBBox", "Mag   1 dB", Mag1dBColour,
+                                  "Displays 20 Log() of the magnitude of the response.", parent);
+    w.plotPhaseBox = NewTraceBox("PlotPhaseBox", "Phase", PhaseColour,
+                                 "Displays the Phase of the response.", parent);
+    w.plotGDBox = NewTraceBox("PlotGDBox", "Group Delay", GroupDelayColour,
+                              "Displays the Group Delay of the response.", parent);
+    w.plotPulseBox = NewTraceBox(
+        "PlotPulseBox", "Sq Pulse", PulseColour,
+        "Displays the response to a square pulse input.\nThe input starts at t=0 and stops at  "
+        "3/ 2  N_Taps except for Tap counts < 12.",
+        parent);
+    w.calcButton = NewNamed<QPushButton>("CalcButton", QStringLiteral("Calc"), parent);
+    auto* row = new QHBoxLayout;
+    for (QCheckBox* box :
+         {w.plotMagBox, w.plotMag1dBBox, w.plotPhaseBox, w.plotGDBox, w.plotPulseBox})
+        row->addWidget(box);
+    row->addStretch(1);
+    row->addWidget(w.calcButton);
+    return row;
+}
+
+QLayout* BuildScaleAndReferenceRow(QWidget* parent, TopFormWidgets& w) {
+    w.autoScaleCheckBox =
+        NewNamed<QCheckBox>("AutoScaleCheckBox", QStringLiteral("Auto Scale"), parent);
+    w.autoScaleCheckBox->setChecked(true);
+    w.autoScaleCheckBox->setToolTip(
+        QStringLiteral("Scales the group delay to the design; untick to type the scale."));
+    w.scaleBox = NewBox("ScaleBox", "", ScaleBoxWidth, parent);
+    w.scaleBox->setToolTip(QStringLiteral("Group delay at the top of the plot, in seconds."));
+    w.referenceLabel = NewLabel("ReferenceLabel", QStringLiteral("Butterworth"), parent);
+    w.referenceLabel->setToolTip(
+        QStringLiteral("Displays the name of the filter stored as the reference."));
+    w.setReferenceButton =
+        NewNamed<QPushButton>("SetReferenceButton", QStringLiteral("Set Ref"), parent);
+    w.setReferenceButton->setToolTip(
+        QStringLiteral("Use Set Reference to compare two filter designs."));
+    w.exchangeRefButton =
+        NewNamed<QPushButton>("ExchangeRefButton", QStringLiteral("Exhange Ref"), parent);
+    w.exchangeRefButton->setToolTip(
+        QStringLiteral("Use Exchange Ref to switch the current filter design with the one "
+                       "stored as the reference."));
+    w.plotReferenceBox =
+        NewNamed<QCheckBox>("PlotReferenceBox", QStringLiteral("Plot Ref"), parent);
+    w.plotReferenceBox->setToolTip(
+        QStringLiteral("Plot Reference plots the response of the filter stored as a reference."));
+    // No reference design can be stored yet.
+    for (QWidget* control :
+         {static_cast<QWidget*>(w.setReferenceButton), static_cast<QWidget*>(w.exchangeRefButton),
+          static_cast<QWidget*>(w.plotReferenceBox)})
+        control->setEnabled(false);
+
+    auto* row = new QHBoxLayout;
+    row->addWidget(w.autoScaleCheckBox);
+    row->addWidget(w.scaleBox);
+    row->addStretch(1);
+    row->addWidget(w.referenceLabel);
+    row->addWidget(w.setReferenceButton);
+    row->addWidget(w.exchangeRefButton);
+    row->addWidget(w.plotReferenceBox);
+    return row;
+}
+
+// The test panel and the sampling box are kept for the design's hidden inputs; they are
+// never shown.
+QLayout* BuildHiddenInputs(QWidget* parent, TopFormWidgets& w) {
+    w.testPanel = new QWidget(parent);
+    w.testPanel->setObjectName(QStringLiteral("TestPanel"));
+    w.testBox = NewNamed<QCheckBox>("TestBox", QStringLiteral("Test"), w.testPanel);
+    w.upDownBox = NewBox("UpDownBox", DefaultTestValueText, NumberBoxWidth, w.testPanel);
+    w.testUpDown = new UpDownButtons(QStringLiteral("TestUpDown"), w.testPanel);
+    auto* testRow = new QHBoxLayout(w.testPanel);
+    testRow->addWidget(w.testBox);
+    testRow->addWidget(w.upDownBox);
+    testRow->addWidget(w.testUpDown);
+    w.testPanel->hide();
+    w.samplingFreqBox = NewBox("SamplingFreqBox", "", NumberBoxWidth, parent);
+    w.samplingFreqBox->hide();
+    auto* row = new QHBoxLayout;
+    row->addWidget(w.testPanel);
+    row->addWidget(w.samplingFreqBox);
+    return row;
+}
+
+QWidget* BuildControlPanel(QWidget& central, TopFormWidgets& w) {
+    auto* panel = new QWidget(&central);
+    panel->setObjectName(QStringLiteral("ControlPanel"));
+    auto* panels = new QHBoxLayout;
+    panels->setSpacing(2);
+    panels->addWidget(BuildPolynomialPanel(panel, w));
+    panels->addWidget(BuildFrequencyPanel(panel, w));
+    panels->addWidget(BuildPartsPanel(panel, w));
+    panels->addStretch(1);
+    auto* column = new QVBoxLayout(panel);
+    column->setContentsMargins(2, 2, 2, 0);
+    column->setSpacing(2);
+    column->addLayout(panels);
+    column->addLayout(BuildTraceRow(panel, w));
+    column->addLayout(BuildScaleAndReferenceRow(panel, w));
+    column->addLayout(BuildHiddenInputs(panel, w));
+    return panel;
+}
+
+QWidget* BuildBasePanel(QWidget& central, TopFormWidgets& w) {
+    QGroupBox* panel = NewPanel("BasePanel", QString(), &central);
+    w.sectionBox = NewBox("SectionBox", DefaultBoxTexts::Section, NumberBoxWidth, panel);
+    w.sectionUpDown = new UpDownButtons(QStringLiteral("SectionUpDown"), panel);
+    w.label3 = NewLabel("Label3", QStringLiteral("Adj with F1 F2 or Arrows"), panel);
+    w.c1ValueBox = NewBox("C1ValueBox", DefaultBoxTexts::C1Value, CapacitorBoxWidth, panel);
+    w.c1ValueBox->setToolTip(QStringLiteral("C1 of the section; type a value such as 22n."));
+    w.c1UpDown = new UpDownButtons(QStringLiteral("C1UpDown"), panel);
+    w.c1ValueLabel = NewLabel("C1ValueLabel", QStringLiteral(" "), panel);
+
+    w.c2Panel = new QWidget(panel);
+    w.c2Panel->setObjectName(QStringLiteral("C2Panel"));
+    w.c2ValueBox = NewBox("C2ValueBox", DefaultBoxTexts::C2Value, CapacitorBoxWidth, w.c2Panel);
+    w.c2ValueBox->setToolTip(QStringLiteral("C2 of the section; type a value such as 22n."));
+    w.c2UpDown = new UpDownButtons(QStringLiteral("C2UpDown"), w.c2Panel);
+    w.c2Label = NewLabel("C2Label", QString(), w.c2Panel);
+    QGridLayout* c2Grid = NewGrid(w.c2Panel);
+    c2Grid->setContentsMargins(0, 0, 0, 0);
+    AddBoxRow(*c2Grid, 0, NewLabel("C2Caption", QStringLiteral("C2"), w.c2Panel), w.c2ValueBox,
+              w.c2UpDown);
+    c2Grid->addWidget(w.c2Label, 1, 1);
+
+    QGridLayout* grid = NewGrid(panel);
+    AddBoxRow(*grid, 0, NewLabel("SectionLabel", QStringLiteral("Section"), panel), w.sectionBox,
+              w.sectionUpDown);
+    grid->addWidget(w.label3, 1, 0, 1, 2);
+    AddBoxRow(*grid, 2, NewLabel("C1Caption", QStringLiteral("C1"), panel), w.c1ValueBox,
+              w.c1UpDown);
+    grid->addWidget(w.c1ValueLabel, 3, 1);
+    grid->addWidget(w.c2Panel, 4, 0, 1, 2);
+    grid->setColumnStretch(1, 1);
+    panel->setFixedWidth(BasePanelWidth);
+    // The report below keeps its place when a circuit without C2 hides that row.
+    panel->setFixedHeight(panel->sizeHint().height());
+    return panel;
+}
+
+}  // namespace
+
+void BuildControls(QWidget& central, TopFormWidgets& w) {
+    w.controlPanel = BuildControlPanel(central, w);
+    w.basePanel = BuildBasePanel(central, w);
+    w.memo = new QPlainTextEdit(&central);
+    w.memo->setObjectName(QStringLiteral("Memo"));
+    w.memo->setReadOnly(true);
+    w.memo->setLineWrapMode(QPlainTextEdit::NoWrap);
+    QPalette palette = w.memo->palette();
+    palette.setColor(QPalette::Base, MemoBackground);
+    w.memo->setPalette(palette);
+    w.bitMap = new PlotBox(&central);
+}
+
+}  // namespace nerivane

@@ -1,0 +1,269 @@
+// What the main window's menus, buttons, check boxes, spinners and typed capacitors do: each
+// handler stores the choice in the design record through the core and recalculates or
+// redraws.
+#include <QGuiApplication>
+#include <algorithm>
+
+#include "gui/AboutForm.h"
+#include "gui/CapacitorEntry.h"
+#include "gui/CompSelectForm.h"
+#include "gui/OptionsForm.h"
+#include "gui/TopForm.h"
+#include "gui/TopFormWidgets.h"
+
+namespace nerivane {
+namespace {
+
+// Ctrl held during a click makes the real-valued steps coarser.
+Step SpinnerStep(bool up) {
+    const bool coarse = QGuiApplication::queryKeyboardModifiers().testFlag(Qt::ControlModifier);
+    return {up ? StepDirection::Up : StepDirection::Down, coarse};
+}
+
+template <std::size_t N>
+int IndexOf(const std::array<QAction*, N>& items, const QObject* sender) {
+    for (std::size_t i = 0; i < N; ++i) {
+        if (items[i] != nullptr && items[i] == sender) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+void ShowWindow(QWidget* window) {
+    if (window == nullptr) return;
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+}  // namespace
+
+void TTopForm::ConnectHandlers() {
+    TopFormWidgets& w = *widgets_;
+    const auto filter = [this](QObject* sender) {
+        return [this, sender] { FilterMenuClick(sender); };
+    };
+    for (QAction* item : w.circuitItems) connect(item, &QAction::triggered, this, filter(item));
+    for (QAction* item : w.responseItems) connect(item, &QAction::triggered, this, filter(item));
+    for (QAction* item : w.sweepItems) {
+        if (item != nullptr) connect(item, &QAction::triggered, this, filter(item));
+    }
+    for (QAbstractButton* button : std::initializer_list<QAbstractButton*>{
+             w.plotGDBox, w.plotPhaseBox, w.plotMagBox, w.plotPulseBox, w.plotMag1dBBox,
+             w.plotReferenceBox, w.idealOpAmpCheckBox, w.testBox, w.exactButton, w.stdButton,
+             w.worstButton})
+        connect(button, &QAbstractButton::clicked, this, filter(button));
+
+    connect(w.calcButton, &QPushButton::clicked, this, &TTopForm::CalcButtonClick);
+    connect(w.autoScaleCheckBox, &QCheckBox::clicked, this, &TTopForm::CalcButtonClick);
+
+    const auto file = [this](QObject* sender) { return [this, sender] { FileMenuClick(sender); }; };
+    for (QAction* item :
+         {w.fileOpenMenu, w.fileSaveMenu, w.fileSaveAsMenu, w.saveCircuitValuesMenu,
+          w.savePlotBitmapMenu, w.printScreenMenu, w.exitMenu, w.componentsMenu, w.dcBiasToolMenu,
+          w.graphPositionReadOutMenu, w.valueAtFrquencyReadOutMenu, w.dBMagMenu, w.linearMagMenu,
+          w.phaseMenu, w.hilbertPhaseMenu, w.thresholdMenu, w.circuitInfoMenu, w.programInfoMenu,
+          w.aboutMenu})
+        connect(item, &QAction::triggered, this, file(item));
+    for (QAction* item : w.prevFileMenus) connect(item, &QAction::triggered, this, file(item));
+    connect(w.toleranceButton, &QPushButton::clicked, this, file(w.toleranceButton));
+
+    using Click = void (TTopForm::*)(Step);
+    const std::pair<UpDownButtons*, Click> spinners[] = {
+        {w.numPolesUpDown, &TTopForm::NumPolesUpDownClick},
+        {w.rippleUpDown, &TTopForm::RippleUpDownClick},
+        {w.f0UpDown, &TTopForm::F0UpDownClick},
+        {w.bandWidthUpDown, &TTopForm::BandWidthUpDownClick},
+        {w.gainUpDown, &TTopForm::GainUpDownClick},
+        {w.gammaUpDown, &TTopForm::GammaUpDownClick},
+        {w.sectionUpDown, &TTopForm::SectionUpDownClick},
+        {w.testUpDown, &TTopForm::TestUpDownClick},
+    };
+    for (const auto& [spinner, click] : spinners)
+        connect(spinner, &UpDownButtons::Clicked, this,
+                [this, click](bool up) { (this->*click)(SpinnerStep(up)); });
+    connect(w.c1UpDown, &UpDownButtons::Clicked, this,
+            [this](bool up) { C1C2UpDownClick(Capacitor::C1, up); });
+    connect(w.c2UpDown, &UpDownButtons::Clicked, this,
+            [this](bool up) { C1C2UpDownClick(Capacitor::C2, up); });
+
+    for (QLineEdit* box : {w.numPolesBox, w.rippleBox, w.gammaBox, w.f0Box, w.bandWidthBox,
+                           w.filterGainBox, w.sectionBox, w.upDownBox, w.scaleBox})
+        connect(box, &QLineEdit::returnPressed, this, &TTopForm::CalcButtonClick);
+    connect(w.c1ValueBox, &QLineEdit::returnPressed, this,
+            [this] { CapacitorEntered(Capacitor::C1); });
+    connect(w.c2ValueBox, &QLineEdit::returnPressed, this,
+            [this] { CapacitorEntered(Capacitor::C2); });
+
+    connect(w.bitMap, &PlotBox::PointerMoved, this, [this](QPoint position) {
+        pointer_ = position;
+        ShowReadout();
+    });
+    connect(w.bitMap, &PlotBox::PointerLeft, this, [this] {
+        pointer_.reset();
+        ShowReadout();
+    });
+}
+
+void TTopForm::ApplyControlStates() {
+    TopFormWidgets& w = *widgets_;
+    for (QWidget* control :
+         {static_cast<QWidget*>(w.bandWidthBox), static_cast<QWidget*>(w.bandWidthUpDown),
+          static_cast<QWidget*>(w.bandWidthLabel)})
+        control->setEnabled(controls_.bandWidthEnabled);
+    for (QWidget* control :
+         {static_cast<QWidget*>(w.rippleBox), static_cast<QWidget*>(w.rippleUpDown),
+          static_cast<QWidget*>(w.rippleLabel)})
+        control->setEnabled(controls_.rippleEnabled);
+    for (QWidget* control :
+         {static_cast<QWidget*>(w.gammaBox), static_cast<QWidget*>(w.gammaUpDown),
+          static_cast<QWidget*>(w.gammaLabel)})
+        control->setEnabled(controls_.gammaEnabled);
+
+    w.hilbertPhaseMenu->setEnabled(controls_.hilbertPhaseMenuEnabled);
+    w.hilbertPhaseMenu->setChecked(controls_.hilbertPhaseChecked);
+    w.phaseMenu->setChecked(!controls_.hilbertPhaseChecked);
+    w.plotPhaseBox->setText(QString::fromStdString(controls_.plotPhaseCaption));
+    w.plotPulseBox->setEnabled(controls_.pulseBoxEnabled);
+    w.plotMagBox->setEnabled(controls_.plotMagEnabled);
+    w.linearMagMenu->setChecked(controls_.linearMagChecked);
+    w.dBMagMenu->setChecked(!controls_.linearMagChecked);
+    w.plotMag1dBBox->setText(QString::fromStdString(controls_.plotMag1dBCaption));
+
+    // The record is what the boxes show; setChecked does not count as a click.
+    w.plotMagBox->setChecked(state_.PlotMag != 0);
+    w.plotMag1dBBox->setChecked(state_.PlotMag1dB != 0);
+    w.plotPhaseBox->setChecked(state_.PlotPhase != 0);
+    w.plotGDBox->setChecked(state_.PlotGroupDelay != 0);
+    w.plotPulseBox->setChecked(state_.PlotPulse != 0);
+    w.plotReferenceBox->setChecked(state_.PlotReference != 0);
+    w.idealOpAmpCheckBox->setChecked(state_.IdealOpAmp != 0);
+    w.autoScaleCheckBox->setChecked(state_.AutoScale != 0);
+    w.exactButton->setChecked(state_.Tolerance == ToleranceMode::Exact);
+    w.stdButton->setChecked(state_.Tolerance == ToleranceMode::Standard);
+    w.worstButton->setChecked(state_.Tolerance == ToleranceMode::WorstCase);
+    const bool atPosition = state_.ReadOut == ReadOutMode::GraphPosition;
+    w.graphPositionReadOutMenu->setChecked(atPosition);
+    w.valueAtFrquencyReadOutMenu->setChecked(!atPosition);
+}
+
+void TTopForm::FilterMenuClick(QObject* sender) {
+    const TopFormWidgets& w = *widgets_;
+    if (const int topology = IndexOf(w.circuitItems, sender); topology >= 0)
+        state_.TopologyIndex = topology;
+    if (const int response = IndexOf(w.responseItems, sender); response >= 0)
+        state_.ResponseIndex = response;
+    if (const int sweep = IndexOf(w.sweepItems, sender); sweep >= 0) state_.SweepIndex = sweep;
+    state_.PlotMag = w.plotMagBox->isChecked();
+    state_.PlotMag1dB = w.plotMag1dBBox->isChecked();
+    state_.PlotPhase = w.plotPhaseBox->isChecked();
+    state_.PlotGroupDelay = w.plotGDBox->isChecked();
+    state_.PlotPulse = w.plotPulseBox->isChecked();
+    state_.PlotReference = w.plotReferenceBox->isChecked();
+    state_.IdealOpAmp = w.idealOpAmpCheckBox->isChecked();
+    state_.Tolerance = w.worstButton->isChecked() ? ToleranceMode::WorstCase
+                       : w.stdButton->isChecked() ? ToleranceMode::Standard
+                                                  : ToleranceMode::Exact;
+    controls_ = UpdateControlStates(state_);
+    ApplyControlStates();
+    CalcButtonClick();
+}
+
+void TTopForm::FileMenuClick(QObject* sender) {
+    const TopFormWidgets& w = *widgets_;
+    if (sender == w.componentsMenu || sender == w.toleranceButton) {
+        ShowWindow(dialogs_.compSelect);
+    } else if (sender == w.thresholdMenu) {
+        ShowWindow(dialogs_.options);
+    } else if (sender == w.aboutMenu) {
+        ShowWindow(dialogs_.about);
+    } else if (sender == w.exitMenu) {
+        close();
+    } else if (sender == w.graphPositionReadOutMenu || sender == w.valueAtFrquencyReadOutMenu) {
+        state_.ReadOut = sender == w.graphPositionReadOutMenu ? ReadOutMode::GraphPosition
+                                                              : ReadOutMode::ValueAtFrequency;
+        ApplyControlStates();
+        ShowReadout();
+    } else if (sender == w.phaseMenu || sender == w.hilbertPhaseMenu) {
+        SelectPhaseMode(state_, sender == w.phaseMenu ? PhaseMode::Plain : PhaseMode::Hilbert);
+        controls_ = UpdateControlStates(state_);
+        ApplyControlStates();
+        RedrawPlot();
+    } else if (sender == w.dBMagMenu || sender == w.linearMagMenu) {
+        SelectMagnitudeMode(state_,
+                            sender == w.dBMagMenu ? MagnitudeMode::Db : MagnitudeMode::Linear);
+        controls_ = UpdateControlStates(state_);
+        ApplyControlStates();
+        RedrawPlot();
+    }
+}
+
+void TTopForm::NumPolesUpDownClick(Step step) {
+    AdjustNumPoles(state_, boxes_->numPoles, step);
+    CalcButtonClick();
+}
+
+void TTopForm::RippleUpDownClick(Step step) {
+    AdjustRipple(state_, boxes_->ripple, step);
+    CalcButtonClick();
+}
+
+void TTopForm::F0UpDownClick(Step step) {
+    AdjustF0(state_, boxes_->f0, step);
+    CalcButtonClick();
+}
+
+void TTopForm::BandWidthUpDownClick(Step step) {
+    AdjustBandWidth(state_, boxes_->bandWidth, step);
+    CalcButtonClick();
+}
+
+void TTopForm::GainUpDownClick(Step step) {
+    AdjustGain(state_, boxes_->gain, step);
+    CalcButtonClick();
+}
+
+void TTopForm::GammaUpDownClick(Step step) {
+    AdjustGamma(state_, boxes_->gamma, step);
+    CalcButtonClick();
+}
+
+void TTopForm::TestUpDownClick(Step step) {
+    AdjustTestValue(state_, boxes_->testValue, step);
+    CalcButtonClick();
+}
+
+// Stepping through the sections or their capacitors is done while watching the nominal
+// curve, so it takes one simulation run even in a worst-case analysis.
+void TTopForm::SectionUpDownClick(Step step) {
+    AdjustSection(state_, boxes_->section, {boxes_->c1Value, boxes_->c2Value}, step);
+    c1Rejected_ = false;
+    c2Rejected_ = false;
+    Calculate(true);
+}
+
+void TTopForm::C1C2UpDownClick(Capacitor which, bool up) {
+    if (dialogs_.compSelect != nullptr) dialogs_.compSelect->ReadClasses(settings_);
+    LineEditBox& box = which == Capacitor::C1 ? boxes_->c1Value : boxes_->c2Value;
+    StepSectionCapacitor(state_, box, which, up, settings_);
+    (which == Capacitor::C1 ? c1Rejected_ : c2Rejected_) = false;
+    Calculate(true);
+}
+
+void TTopForm::CapacitorEntered(Capacitor which) {
+    LineEditBox& box = which == Capacitor::C1 ? boxes_->c1Value : boxes_->c2Value;
+    const int section = std::clamp(state_.SelectedSection, 0, MaxSections - 1);
+    double& stored = which == Capacitor::C1 ? state_.SectionC1[section] : state_.SectionC2[section];
+    bool& rejected = which == Capacitor::C1 ? c1Rejected_ : c2Rejected_;
+    const std::optional<double> typed = ParseCapacitance(box.Text());
+    rejected = !typed.has_value();
+    if (rejected) {
+        box.SetText(CapacitorBoxText(stored));
+        ShowCapacitorBoxColours();
+        return;
+    }
+    stored = *typed;
+    box.SetText(CapacitorBoxText(stored));
+    CalcButtonClick();
+}
+
+}  // namespace nerivane

@@ -2,6 +2,11 @@
 // its controls, and which box the keys step.
 #include "gui/TopForm.h"
 
+#include <filesystem>
+
+#include "files/Filesaveread.h"
+#include "numerics/MessageSink.h"
+
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -83,6 +88,14 @@ void TTopForm::showEvent(QShowEvent* event) {
 
 void TTopForm::FormShow() {
     state_ = DefaultDesignState();
+    ReadSettingsFile();
+    if (!startupDesign_.empty()) {
+        // A file named on the command line that is not there is reported, not searched for.
+        if (std::filesystem::exists(startupDesign_))
+            OpenDesignFile(startupDesign_);
+        else
+            Messages().ShowMessage(MissingFileMessage + startupDesign_, "Nerivane");
+    }
     controls_ = UpdateControlStates(state_);
     ApplyControlStates();
     FormResize();
@@ -98,6 +111,7 @@ void TTopForm::closeEvent(QCloseEvent* event) {
 }
 
 void TTopForm::FormClose() {
+    WriteSettingsFile();
     // The secondary windows end with the main one, so closing it ends the program.
     for (QWidget* dialog :
          {static_cast<QWidget*>(dialogs_.compSelect), static_cast<QWidget*>(dialogs_.options),

@@ -6,17 +6,23 @@
 #include <QMainWindow>
 #include <QPoint>
 #include <QTimer>
+#include <array>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "app/Calculationdriver.h"
 #include "app/Controlstates.h"
 #include "app/DesignState.h"
+#include "app/Referencedesign.h"
 #include "app/Updownfunctions.h"
 #include "circuit/Componentsettings.h"
+#include "env/Directories.h"
+#include "files/Settingsfile.h"
 #include "response/Plot.h"
 
 class QKeyEvent;
+class QPrinter;
 
 namespace nerivane {
 
@@ -75,6 +81,24 @@ class TTopForm final : public QMainWindow {
     void TestUpDownClick(Step step);
     void C1C2UpDownClick(Capacitor which, bool up);
 
+    // The folders settled at start-up and a design file named on the command line; set before
+    // the window is shown. Without folders no settings file is read or written.
+    void SetStartup(const ProgramDirectories& directories, const std::string& designFile);
+    // Save, Save As and Open without their dialogs (the dialogs only choose the name).
+    bool SaveDesignTo(const std::string& path);
+    // Opens path, or asks for a file when it is empty or missing; false leaves the design as
+    // it was.
+    bool OpenDesignFile(std::string path);
+    bool SaveCircuitValuesTo(const std::string& path);
+    bool SavePlotBitmapTo(const std::string& path);
+    void PrintWindow(QPrinter& printer);
+    void SetReferenceButtonClick();
+    void ExchangeRefButtonClick();
+    const std::array<std::string, RecentFileCount>& RecentFiles() const {
+        return programSettings_.recentFiles;
+    }
+    const std::string& DesignFile() const { return designFile_; }
+
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
@@ -95,6 +119,13 @@ class TTopForm final : public QMainWindow {
     void ShowReadout();
     bool StepByWheel(QObject* box, int angleDelta, bool coarse);
     bool IsFirstDelivery(QObject* watched, QEvent* event);
+    void ReadSettingsFile();
+    void WriteSettingsFile();
+    void ShowRecentFiles();
+    void LoadControlsFromRecord();
+    void RememberDesignFile(const std::string& path);
+    std::string DesignName() const;
+    void SaveAs();
 
     std::unique_ptr<TopFormWidgets> widgets_;
     std::unique_ptr<TopFormBoxes> boxes_;
@@ -114,6 +145,12 @@ class TTopForm final : public QMainWindow {
     // A worst-case picture keeps its runs only until the plot changes size; they come back
     // by running the analysis again once resizing stops.
     QTimer worstCaseRedraw_;
+
+    ProgramDirectories directories_;
+    std::string startupDesign_;
+    std::string designFile_;  // the current design's file, empty until saved or opened
+    ProgramSettings programSettings_;
+    ReferenceDesign reference_;
 
     bool c1Rejected_ = false;  // the last typed C1 or C2 was unreadable: silver until fixed
     bool c2Rejected_ = false;

@@ -104,7 +104,10 @@ void TTopForm::PaintRun(int run, const Traces& traces) {
         view_ = CurrentPlotView();
         image_ = NewPlotImage(view_, widgets_->bitMap->devicePixelRatioF());
     }
-    PaintPlot(image_, view_, traces, nullptr, run == 0);
+    // The reference is drawn over the nominal picture only, simulated again over this sweep.
+    const bool withReference = run == 0 && reference_.isSet && state_.PlotReference != 0;
+    if (withReference) ReSimulateReference(reference_, state_);
+    PaintPlot(image_, view_, traces, withReference ? reference_.traces.get() : nullptr, run == 0);
 }
 
 void TTopForm::Redraw() {

@@ -1,8 +1,12 @@
 // What the main window's menus, buttons, check boxes, spinners and typed capacitors do: each
 // handler stores the choice in the design record through the core and recalculates or
 // redraws.
+#include <QFileDialog>
 #include <QGuiApplication>
+#include <QPrintDialog>
+#include <QPrinter>
 #include <algorithm>
+#include <filesystem>
 
 #include "gui/AboutForm.h"
 #include "gui/CapacitorEntry.h"
@@ -26,6 +30,12 @@ int IndexOf(const std::array<QAction*, N>& items, const QObject* sender) {
         if (items[i] != nullptr && items[i] == sender) return static_cast<int>(i);
     }
     return -1;
+}
+
+// A name typed without the extension gets it, as the dialogs' default extension does.
+std::string WithSuffix(const QString& path, const char* suffix) {
+    const QString ending = QStringLiteral(".") + QLatin1String(suffix);
+    return (path.endsWith(ending) ? path : path + ending).toStdString();
 }
 
 void ShowWindow(QWidget* window) {
@@ -66,6 +76,8 @@ void TTopForm::ConnectHandlers() {
         connect(item, &QAction::triggered, this, file(item));
     for (QAction* item : w.prevFileMenus) connect(item, &QAction::triggered, this, file(item));
     connect(w.toleranceButton, &QPushButton::clicked, this, file(w.toleranceButton));
+    connect(w.setReferenceButton, &QPushButton::clicked, this, &TTopForm::SetReferenceButtonClick);
+    connect(w.exchangeRefButton, &QPushButton::clicked, this, &TTopForm::ExchangeRefButtonClick);
 
     using Click = void (TTopForm::*)(Step);
     const std::pair<UpDownButtons*, Click> spinners[] = {
@@ -178,6 +190,31 @@ void TTopForm::FileMenuClick(QObject* sender) {
         ShowWindow(dialogs_.about);
     } else if (sender == w.exitMenu) {
         close();
+    } else if (sender == w.fileSaveMenu) {
+        if (!designFile_.empty() && std::filesystem::exists(designFile_))
+            SaveDesignTo(designFile_);
+        else
+            SaveAs();
+    } else if (sender == w.fileSaveAsMenu) {
+        SaveAs();
+    } else if (sender == w.fileOpenMenu) {
+        OpenDesignFile("");
+    } else if (const int recent = IndexOf(w.prevFileMenus, sender); recent >= 0) {
+        OpenDesignFile(programSettings_.recentFiles[recent]);
+    } else if (sender == w.saveCircuitValuesMenu) {
+        const QString path = QFileDialog::getSaveFileName(
+            this, QStringLiteral("Save Coefficients to File:"),
+            QString::fromStdString(directories_.currentDir), QStringLiteral("Text Files (*.txt)"));
+        if (!path.isEmpty()) SaveCircuitValuesTo(WithSuffix(path, "txt"));
+    } else if (sender == w.savePlotBitmapMenu) {
+        const QString path = QFileDialog::getSaveFileName(
+            this, QStringLiteral("Save Bitmap to File:"),
+            QString::fromStdString(directories_.currentDir), QStringLiteral("Bitmap File (*.bmp)"));
+        if (!path.isEmpty()) SavePlotBitmapTo(WithSuffix(path, "bmp"));
+    } else if (sender == w.printScreenMenu) {
+        QPrinter printer;
+        QPrintDialog dialog(&printer, this);
+        if (dialog.exec() == QDialog::Accepted) PrintWindow(printer);
     } else if (sender == w.graphPositionReadOutMenu || sender == w.valueAtFrquencyReadOutMenu) {
         state_.ReadOut = sender == w.graphPositionReadOutMenu ? ReadOutMode::GraphPosition
                                                               : ReadOutMode::ValueAtFrequency;

@@ -1,5 +1,5 @@
-// The desktop program. A design file named on the command line is accepted; opening it comes
-// with the design files.
+// The desktop program. The folders are settled before any window exists (a missing run-time
+// files folder ends the program); a design file named on the command line is opened at start.
 //
 // NERIVANE_EXIT_AFTER_FIRST_PAINT=1 makes the program print the milliseconds from the start
 // of main to the first painted plot on standard output and exit; the start-up benchmark
@@ -7,10 +7,15 @@
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
+#include <QMessageBox>
+#include <QStandardPaths>
 #include <QTimer>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <string>
 
+#include "env/Directories.h"
 #include "gui/ProgramWindows.h"
 
 namespace {
@@ -44,7 +49,26 @@ int main(int argc, char** argv) {
     QElapsedTimer sinceStart;
     sinceStart.start();
     QApplication application(argc, argv);
+    nerivane::DirectoryInputs inputs;
+    inputs.programFolder = QCoreApplication::applicationDirPath().toStdString();
+    inputs.documentsFolder =
+        QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString();
+    inputs.environment = [](const char* name) -> std::optional<std::string> {
+        const char* value = std::getenv(name);
+        if (value == nullptr) return std::nullopt;
+        return std::string(value);
+    };
+    const nerivane::DirectoriesOutcome folders = nerivane::SettleDirectories(inputs);
+    if (!folders.directories) {
+        QMessageBox::critical(nullptr, QStringLiteral("Error"),
+                              QString::fromStdString(folders.fatalMessage));
+        return 1;
+    }
     nerivane::ProgramWindows windows = nerivane::CreateProgramWindows();
+    // Only the first argument is a design file; any further ones are ignored.
+    const QStringList arguments = QCoreApplication::arguments();
+    windows.topForm->SetStartup(*folders.directories,
+                                arguments.size() > 1 ? arguments[1].toStdString() : std::string());
     ExitAfterFirstPaint exitHook(sinceStart);
     if (std::getenv("NERIVANE_EXIT_AFTER_FIRST_PAINT") != nullptr) {
         if (QWidget* plot = windows.topForm->findChild<QWidget*>(QStringLiteral("BitMap")))

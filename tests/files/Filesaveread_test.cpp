@@ -104,7 +104,7 @@ TEST_F(DesignFiles, RejectionsLeaveTheDesignUntouched) {
         record.VersionMinor = c.minor;
         if (c.foreign) record.Identity[0] = u'X';
         std::vector<unsigned char> bytes(c.size, 0x5A);
-        std::memcpy(bytes.data(), &record, std::min(c.size, sizeof record));
+        if (c.size > 0) std::memcpy(bytes.data(), &record, std::min(c.size, sizeof record));
         WriteBytes(Path("r.kq_opamp"), bytes.data(), bytes.size());
         const DesignState before = DefaultDesignState();
         DesignState design = before;

@@ -1,0 +1,217 @@
+// The main window's files: design files (save, save as, open, the recent files and a file
+// named on the command line), the settings file read at start and written at close, the
+// reference design, and the exports (circuit values, plot bitmap, print).
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPainter>
+#include <QPrinter>
+#include <QSignalBlocker>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "app/Initializevars.h"
+#include "app/Recordcontrols.h"
+#include "files/Atomicwrite.h"
+#include "files/Filesaveread.h"
+#include "gui/CompSelectForm.h"
+#include "gui/OptionsForm.h"
+#include "gui/TopForm.h"
+#include "gui/TopFormWidgets.h"
+#include "numerics/MessageSink.h"
+#include "render/ImageFiles.h"
+#include "response/Valuesreport.h"
+
+namespace nerivane {
+namespace {
+
+const QString DesignFilter = QStringLiteral("Design Files (*.kq_opamp)");
+
+bool Exists(const std::string& path) {
+    return !path.empty() && std::filesystem::exists(path);
+}
+
+std::string WithExtension(std::string path, const char* extension) {
+    const std::string ending = std::string(".") + extension;
+    if (path.size() < ending.size() ||
+        path.compare(path.size() - ending.size(), ending.size(), ending) != 0)
+        path += ending;
+    return path;
+}
+
+}  // namespace
+
+void TTopForm::SetStartup(const ProgramDirectories& directories, const std::string& designFile) {
+    directories_ = directories;
+    startupDesign_ = designFile;
+}
+
+void TTopForm::ReadSettingsFile() {
+    programSettings_.versionText = VersionText(state_);
+    if (directories_.userFilesDir.empty()) return;
+    const std::string path = directories_.userFilesDir + "/" + SettingsFileName;
+    std::ifstream file(path, std::ios::binary);
+    if (!file) return;  // a first start: the defaults stand
+    const std::string text((std::istreambuf_iterator<char>(file)),
+                           std::istreambuf_iterator<char>());
+    for (const std::string& message :
+         ApplySettingsText(text, programSettings_, [](const std::string& p) { return Exists(p); }))
+        Messages().ShowMessage(message, "Error");
+    TopFormWidgets& w = *widgets_;
+    w.samplingFreqBox->setText(QString::fromStdString(programSettings_.samplingFrequencyText));
+    dialogs_.options->ThresholdBox().SetText(programSettings_.thresholdText);
+    state_.ReadOut = programSettings_.readOutMode == 0 ? ReadOutMode::GraphPosition
+                                                       : ReadOutMode::ValueAtFrequency;
+    ShowRecentFiles();
+}
+
+void TTopForm::WriteSettingsFile() {
+    if (directories_.userFilesDir.empty()) return;
+    programSettings_.versionText = VersionText(state_);
+    programSettings_.samplingFrequencyText = widgets_->samplingFreqBox->text().toStdString();
+    programSettings_.thresholdText = dialogs_.options->ThresholdBox().Text();
+    programSettings_.readOutMode = state_.ReadOut == ReadOutMode::GraphPosition ? 0 : 1;
+    WriteFileAtomically(directories_.userFilesDir + "/" + SettingsFileName,
+                        SettingsText(programSettings_));
+}
+
+void TTopForm::ShowRecentFiles() {
+    TopFormWidgets& w = *widgets_;
+    for (int i = 0; i < RecentFileCount; ++i) {
+        const std::string& path = programSettings_.recentFiles[i];
+        w.prevFileMenus[i]->setText(QString::fromStdString(DesignTitle(path)));
+        w.prevFileMenus[i]->setVisible(!path.empty());
+    }
+}
+
+void TTopForm::RememberDesignFile(const std::string& path) {
+    designFile_ = path;
+    AddRecentFile(programSettings_.recentFiles, path);
+    ShowRecentFiles();
+    setWindowTitle(QStringLiteral("Nerivane - ") + QString::fromStdString(DesignTitle(path)));
+}
+
+std::string TTopForm::DesignName() const {
+    return designFile_.empty() ? ProposedFileName(state_) : DesignTitle(designFile_);
+}
+
+bool TTopForm::SaveDesignTo(const std::string& path) {
+    if (!WriteDesignFile(path, state_)) {
+        Messages().ShowMessage(SaveFailedMessage, SaveFailedCaption);
+        designFile_.clear();
+        return false;
+    }
+    RememberDesignFile(path);
+    return true;
+}
+
+void TTopForm::SaveAs() {
+    const QString proposed = QString::fromStdString(
+        (directories_.currentDir.empty() ? std::string() : directories_.currentDir + "/") +
+        ProposedFileName(state_) + "." + DesignFileExtension);
+    const QString chosen = QFileDialog::getSaveFileName(
+        this, QStringLiteral("Save Design to File:"), proposed, DesignFilter);
+    if (!chosen.isEmpty()) SaveDesignTo(WithExtension(chosen.toStdString(), DesignFileExtension));
+}
+
+bool TTopForm::OpenDesignFile(std::string path) {
+    if (!path.empty() && !Exists(path)) {
+        Messages().ShowMessage(MissingFileMessage + path, "Nerivane");
+        RemoveRecentFile(programSettings_.recentFiles, path);
+        ShowRecentFiles();
+        path.clear();
+    }
+    if (path.empty()) {
+        path = QFileDialog::getOpenFileName(this, QStringLiteral("Open Design File:"),
+                                            QString::fromStdString(directories_.currentDir),
+                                            DesignFilter)
+                   .toStdString();
+        if (path.empty()) return false;
+    }
+    DesignState opened = state_;
+    switch (ReadDesignFile(path, opened)) {
+        case OpenOutcome::Opened: break;
+        case OpenOutcome::WrongExtension: return false;  // not a design: nothing happens
+        case OpenOutcome::Missing:
+        case OpenOutcome::Incompatible:
+            Messages().ShowMessage(IncompatibleFileMessage, "Nerivane");
+            return false;
+    }
+    state_ = opened;
+    RememberDesignFile(path);
+    LoadControlsFromRecord();
+    FilterMenuClick(nullptr);
+    return true;
+}
+
+void TTopForm::LoadControlsFromRecord() {
+    const RecordControls c = ControlsFromRecord(state_);
+    TopFormBoxes& b = *boxes_;
+    b.numPoles.SetText(c.numPoles);
+    b.f0.SetText(c.f0);
+    b.bandWidth.SetText(c.bandWidth);
+    b.gain.SetText(c.gain);
+    b.ripple.SetText(c.ripple);
+    b.gamma.SetText(c.gamma);
+    dialogs_.compSelect->GainBandwidthBox().SetText(c.gainBandwidthMHz);
+    dialogs_.compSelect->OutputResistanceBox().SetText(c.outputResistance);
+    dialogs_.compSelect->SelectClasses(c.capacitorPercent, c.resistorPercent);
+    state_.IdealOpAmp = c.idealOpAmp;
+    state_.Tolerance = c.mode;
+    controls_ = UpdateControlStates(state_);
+    ApplyControlStates();
+}
+
+bool TTopForm::SaveCircuitValuesTo(const std::string& path) {
+    std::string text = std::string(ReportOrderNote) + "\n" + ReportOvershootNote + "\n";
+    text += widgets_->memo->toPlainText().toStdString();
+    if (!text.empty() && text.back() != '\n') text += "\n";
+    if (WriteFileAtomically(path, text)) return true;
+    Messages().ShowMessage(SaveFailedMessage, SaveFailedCaption);
+    return false;
+}
+
+bool TTopForm::SavePlotBitmapTo(const std::string& path) {
+    try {
+        SaveBmp(widgets_->bitMap->Image(), path);
+        return true;
+    } catch (const std::exception&) {
+        Messages().ShowMessage(SaveFailedMessage, SaveFailedCaption);
+        return false;
+    }
+}
+
+void TTopForm::PrintWindow(QPrinter& printer) {
+    const QPixmap window = grab();
+    QPainter painter(&printer);
+    const QRect page = painter.viewport();
+    QSize size = window.size();
+    size.scale(page.size(), Qt::KeepAspectRatio);
+    painter.setViewport(page.x(), page.y(), size.width(), size.height());
+    painter.setWindow(window.rect());
+    painter.drawPixmap(0, 0, window);
+}
+
+void TTopForm::SetReferenceButtonClick() {
+    TopFormWidgets& w = *widgets_;
+    SetReference(reference_, state_, *results_, DesignName());
+    w.referenceLabel->setText(QString::fromStdString(reference_.name));
+    w.plotReferenceBox->setEnabled(true);
+    w.exchangeRefButton->setEnabled(true);
+    {
+        const QSignalBlocker quiet(w.plotReferenceBox);
+        w.plotReferenceBox->setChecked(true);
+    }
+    FilterMenuClick(nullptr);
+}
+
+void TTopForm::ExchangeRefButtonClick() {
+    if (!reference_.isSet) return;
+    const std::string name = DesignName();
+    state_ = ExchangeReference(reference_, state_, *results_, name);
+    widgets_->referenceLabel->setText(QString::fromStdString(reference_.name));
+    LoadControlsFromRecord();
+    FilterMenuClick(nullptr);
+}
+
+}  // namespace nerivane

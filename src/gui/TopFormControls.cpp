@@ -196,11 +196,9 @@ QLayout* BuildScaleAndReferenceRow(QWidget* parent, TopFormWidgets& w) {
         NewNamed<QCheckBox>("PlotReferenceBox", QStringLiteral("Plot Ref"), parent);
     w.plotReferenceBox->setToolTip(
         QStringLiteral("Plot Reference plots the response of the filter stored as a reference."));
-    // No reference design can be stored yet.
-    for (QWidget* control :
-         {static_cast<QWidget*>(w.setReferenceButton), static_cast<QWidget*>(w.exchangeRefButton),
-          static_cast<QWidget*>(w.plotReferenceBox)})
-        control->setEnabled(false);
+    // Nothing to exchange or plot until a reference has been set.
+    w.exchangeRefButton->setEnabled(false);
+    w.plotReferenceBox->setEnabled(false);
 
     auto* row = new QHBoxLayout;
     row->addWidget(w.autoScaleCheckBox);

@@ -204,8 +204,9 @@ TEST_F(TopFormTest, ControlsCarryTheirCaptionsAndHints) {
     // The test panel and the sampling box exist for the record but are never shown.
     EXPECT_FALSE(Find<QWidget>("TestBox").isVisible());
     EXPECT_FALSE(Find<QWidget>("SamplingFreqBox").isVisible());
-    // No reference can be stored yet.
-    for (const char* name : {"SetReferenceButton", "ExchangeRefButton", "PlotReferenceBox"})
+    // Until a reference is set there is nothing to exchange or plot.
+    EXPECT_TRUE(Enabled("SetReferenceButton"));
+    for (const char* name : {"ExchangeRefButton", "PlotReferenceBox"})
         EXPECT_FALSE(Enabled(name)) << name;
     EXPECT_EQ(Find<QPlainTextEdit>("Memo").palette().color(QPalette::Base), QColor(245, 245, 245));
     EXPECT_EQ(Find<QCheckBox>("PlotGDBox").palette().color(QPalette::WindowText), QColor(0, 96, 0));

@@ -60,8 +60,12 @@ int main(int argc, char** argv) {
     };
     const nerivane::DirectoriesOutcome folders = nerivane::SettleDirectories(inputs);
     if (!folders.directories) {
-        QMessageBox::critical(nullptr, QStringLiteral("Error"),
-                              QString::fromStdString(folders.fatalMessage));
+        // Without a screen (a script, a test) nobody could close the box: say it and end.
+        if (QGuiApplication::platformName() == QStringLiteral("offscreen"))
+            std::fprintf(stderr, "Error: %s\n", folders.fatalMessage.c_str());
+        else
+            QMessageBox::critical(nullptr, QStringLiteral("Error"),
+                                  QString::fromStdString(folders.fatalMessage));
         return 1;
     }
     nerivane::ProgramWindows windows = nerivane::CreateProgramWindows();

@@ -8,8 +8,8 @@
 
 #include "app/Recordcontrols.h"
 #include "cli/Names.h"
-#include "cli/SiValue.h"
 #include "files/Filesaveread.h"
+#include "numerics/Sivalue.h"
 
 namespace nerivane::cli {
 namespace {

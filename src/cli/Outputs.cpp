@@ -5,8 +5,8 @@
 
 #include "circuit/Spiceexport.h"
 #include "cli/Names.h"
-#include "cli/SiValue.h"
 #include "numerics/Mathfunctions.h"
+#include "numerics/Sivalue.h"
 
 namespace nerivane::cli {
 namespace {

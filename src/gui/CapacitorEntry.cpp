@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "cli/SiValue.h"
+#include "numerics/Sivalue.h"
 
 namespace nerivane {
 namespace {
@@ -30,7 +30,7 @@ std::string Normalised(const std::string& text) {
 }  // namespace
 
 std::optional<double> ParseCapacitance(const std::string& text) {
-    const std::optional<double> value = cli::ParseSiValue(Normalised(text), "F");
+    const std::optional<double> value = ParseSiValue(Normalised(text), "F");
     // A farad or more is a slip of the prefix, not a filter capacitor.
     if (!value || !(*value > 0.0) || *value > 1.0) return std::nullopt;
     return value;

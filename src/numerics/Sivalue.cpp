@@ -1,10 +1,10 @@
-#include "cli/SiValue.h"
+#include "numerics/Sivalue.h"
 
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 
-namespace nerivane::cli {
+namespace nerivane {
 namespace {
 
 bool EqualIgnoringCase(std::string_view a, std::string_view b) {
@@ -70,4 +70,4 @@ std::string ExactText(double value) {
     return buffer;
 }
 
-}  // namespace nerivane::cli
+}  // namespace nerivane

@@ -1,13 +1,13 @@
-// Values with SI prefixes as scripts write them: "5k", "1.5M", "2.2kHz", "10n", "2.2nF",
-// "100p". The number is read with a point whatever the locale, since command lines are
-// scripts rather than typing.
+// Values with SI prefixes as engineers write them: "5k", "1.5M", "2.2kHz", "10n", "2.2nF",
+// "100p". The command line's values and the capacitors typed into the window are read so;
+// the number takes a point whatever the locale (the window adapts a comma first).
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-namespace nerivane::cli {
+namespace nerivane {
 
 // The value, if text is a number with an optional prefix (f p n u m k M G) and an optional
 // unit that matches unit (letter case ignored).
@@ -16,4 +16,4 @@ std::optional<double> ParseSiValue(std::string_view text, std::string_view unit)
 // A double written so the box parser reads back exactly the same value.
 std::string ExactText(double value);
 
-}  // namespace nerivane::cli
+}  // namespace nerivane

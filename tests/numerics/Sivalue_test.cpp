@@ -1,8 +1,8 @@
-#include "cli/SiValue.h"
+#include "numerics/Sivalue.h"
 
 #include <gtest/gtest.h>
 
-namespace nerivane::cli {
+namespace nerivane {
 namespace {
 
 TEST(ParseSiValue, ReadsPrefixesAndUnits) {
@@ -33,4 +33,4 @@ TEST(ExactText, ReadsBackToTheSameDouble) {
 }
 
 }  // namespace
-}  // namespace nerivane::cli
+}  // namespace nerivane

@@ -7,23 +7,10 @@
 
 #include "app/Calculationdriver.h"
 #include "app/Initializevars.h"
+#include "app/Textparameterboxes.h"
 
 namespace nerivane {
 namespace {
-
-struct Boxes {
-    TextBox numPoles{DefaultBoxTexts::NumPoles}, ripple{DefaultBoxTexts::Ripple},
-        f0{DefaultBoxTexts::F0}, bandWidth{DefaultBoxTexts::BandWidth}, gain{DefaultBoxTexts::Gain},
-        gamma{DefaultBoxTexts::Gamma}, section{DefaultBoxTexts::Section},
-        testValue{DefaultBoxTexts::TestValue}, c1Value{DefaultBoxTexts::C1Value},
-        c2Value{DefaultBoxTexts::C2Value}, threshold{DefaultBoxTexts::PhaseThreshold},
-        gbw{DefaultBoxTexts::GainBandwidthMHz}, ro{DefaultBoxTexts::OutputResistance},
-        runs{DefaultBoxTexts::WorstCaseRuns};
-    ParameterBoxes Parameters() {
-        return {numPoles,  ripple,  f0,      bandWidth, gain, gamma, section,
-                testValue, c1Value, c2Value, threshold, gbw,  ro,    runs};
-    }
-};
 
 struct Case {
     const char* poles;
@@ -35,7 +22,7 @@ void Run(benchmark::State& benchState, Case c) {
     DesignState state = DefaultDesignState();
     state.PlotPulse = c.pulse;
     if (c.worstCase) state.Tolerance = ToleranceMode::WorstCase;
-    auto boxes = std::make_unique<Boxes>();
+    auto boxes = std::make_unique<TextParameterBoxes>();
     boxes->numPoles.SetText(c.poles);
     boxes->runs.SetText("1000");
     ParameterBoxes parameters = boxes->Parameters();

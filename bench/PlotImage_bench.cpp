@@ -9,6 +9,7 @@
 #include "app/Controlstates.h"
 #include "app/Initializevars.h"
 #include "app/Plotview.h"
+#include "app/Textparameterboxes.h"
 #include "render/OffscreenGui.h"
 #include "render/PlotImage.h"
 
@@ -23,11 +24,9 @@ struct Design {
     explicit Design(bool everyTrace) {
         state.PlotPhase = state.PlotGroupDelay = state.PlotPulse = everyTrace;
         state.PlotMag1dB = everyTrace;
-        TextBox numPoles{"6"}, ripple{"0.2"}, f0{"5"}, bandWidth{"2"}, gain{"0"}, gamma{"0.0"},
-            section{"0"}, test{"0"}, c1{""}, c2{""}, threshold{"20"}, gbw{"10"}, ro{"10"},
-            runs{"100"};
-        ParameterBoxes boxes{numPoles, ripple, f0, bandWidth, gain, gamma, section,
-                             test,     c1,     c2, threshold, gbw,  ro,    runs};
+        TextParameterBoxes text;
+        text.numPoles.SetText("6");
+        ParameterBoxes boxes = text.Parameters();
         ComponentSettings settings;
         ToleranceRandom random;
         controls = UpdateControlStates(state);

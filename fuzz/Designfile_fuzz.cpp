@@ -7,20 +7,8 @@
 #include "app/Calculationdriver.h"
 #include "app/Initializevars.h"
 #include "app/Recordcontrols.h"
+#include "app/Textparameterboxes.h"
 #include "files/Filesaveread.h"
-
-namespace {
-
-struct Boxes {
-    nerivane::TextBox numPoles, ripple, f0, bandWidth, gain, gamma, section, test, c1, c2,
-        threshold{"20"}, gbw, ro, runs{"3"};
-    nerivane::ParameterBoxes Parameters() {
-        return {numPoles, ripple, f0, bandWidth, gain, gamma, section,
-                test,     c1,     c2, threshold, gbw,  ro,    runs};
-    }
-};
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace nerivane;
@@ -29,7 +17,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!ValidateDesignBytes(data, size, scratch)) return 0;
     SanitizeDesignRecord(scratch);
     const RecordControls controls = ControlsFromRecord(scratch);
-    auto boxes = std::make_unique<Boxes>();
+    auto boxes = std::make_unique<TextParameterBoxes>();
+    boxes->runs.SetText("3");
     boxes->numPoles.SetText(controls.numPoles);
     boxes->f0.SetText(controls.f0);
     boxes->bandWidth.SetText(controls.bandWidth);

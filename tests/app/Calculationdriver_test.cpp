@@ -8,24 +8,11 @@
 #include <vector>
 
 #include "app/Initializevars.h"
+#include "app/Textparameterboxes.h"
 #include "numerics/MessageSink.h"
 
 namespace nerivane {
 namespace {
-
-struct Boxes {
-    TextBox numPoles{DefaultBoxTexts::NumPoles}, ripple{DefaultBoxTexts::Ripple},
-        f0{DefaultBoxTexts::F0}, bandWidth{DefaultBoxTexts::BandWidth}, gain{DefaultBoxTexts::Gain},
-        gamma{DefaultBoxTexts::Gamma}, section{DefaultBoxTexts::Section},
-        testValue{DefaultBoxTexts::TestValue}, c1Value{DefaultBoxTexts::C1Value},
-        c2Value{DefaultBoxTexts::C2Value}, threshold{DefaultBoxTexts::PhaseThreshold},
-        gbw{DefaultBoxTexts::GainBandwidthMHz}, ro{DefaultBoxTexts::OutputResistance},
-        runs{DefaultBoxTexts::WorstCaseRuns};
-    ParameterBoxes Parameters() {
-        return {numPoles,  ripple,  f0,      bandWidth, gain, gamma, section,
-                testValue, c1Value, c2Value, threshold, gbw,  ro,    runs};
-    }
-};
 
 struct Axis {
     int sweep;
@@ -59,7 +46,7 @@ TEST(LayOutFrequencyAxis, FirstPointIsATenthOfTheSecondAndTheEndIsNeverReached) 
 
 TEST(Calculate, StartUpDesignIsAThreePoleLowPassOverOneDecade) {
     DesignState state = DefaultDesignState();
-    Boxes boxes;
+    TextParameterBoxes boxes;
     ParameterBoxes parameters = boxes.Parameters();
     ComponentSettings settings;
     auto results = std::make_unique<DesignResults>();
@@ -79,7 +66,7 @@ TEST(Calculate, StartUpDesignIsAThreePoleLowPassOverOneDecade) {
 TEST(Calculate, WorstCaseHandsEveryRunsTracesToTheHookAndKeepsTheNominalOnes) {
     DesignState state = DefaultDesignState();
     state.Tolerance = ToleranceMode::WorstCase;
-    Boxes boxes;
+    TextParameterBoxes boxes;
     boxes.runs.SetText("12");
     ParameterBoxes parameters = boxes.Parameters();
     ComponentSettings settings;
@@ -143,7 +130,7 @@ TEST(Calculate, EveryCombinationAtTheLimitsRunsToTheEnd) {
                         state.SectionC1[i] = e.c1;
                         state.SectionC2[i] = e.c2;
                     }
-                    Boxes boxes;
+                    TextParameterBoxes boxes;
                     boxes.numPoles.SetText(poles);
                     boxes.f0.SetText(e.f0);
                     boxes.bandWidth.SetText(e.bw);

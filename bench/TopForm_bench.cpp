@@ -13,6 +13,7 @@
 #include <QToolButton>
 #include <memory>
 
+#include "gui/OffscreenApplication.h"
 #include "gui/ProgramWindows.h"
 #include "gui/UpDownButtons.h"
 #include "numerics/MessageSink.h"
@@ -23,25 +24,9 @@ namespace {
 constexpr int PlotWidth = 1000;
 constexpr int PlotHeight = 600;
 
-// The offscreen platform reports every window feature it lacks; none matters here.
-void QuietPlatformWarnings(QtMsgType type, const QMessageLogContext& context,
-                           const QString& message) {
-    if (type == QtWarningMsg &&
-        (message.startsWith(QStringLiteral("This plugin does not support")) ||
-         message.contains(QStringLiteral("XDG_RUNTIME_DIR"))))
-        return;
-    qt_message_output(type, context, message);
-}
-
 QApplication& Application() {
-    qInstallMessageHandler(QuietPlatformWarnings);
-    static int argc = 3;
-    static char name[] = "TopForm_bench";
-    static char platformOption[] = "-platform";
-    static char platform[] = "offscreen";
-    static char* argv[] = {name, platformOption, platform, nullptr};
-    static QApplication application(argc, argv);
-    return application;
+    EnsureWidgetsApplication();
+    return *qApp;
 }
 
 ProgramWindows CreatedWindows() {

@@ -9,19 +9,24 @@ namespace nerivane {
 
 namespace {
 
-// The offscreen platform warns that XDG_RUNTIME_DIR is unset, which it always is for a script
-// or a CI job; the warning says nothing about the plot, so it is not passed on.
-void QuietRuntimeDirWarning(QtMsgType type, const QMessageLogContext& context,
-                            const QString& message) {
-    if (type == QtWarningMsg && message.contains(QStringLiteral("XDG_RUNTIME_DIR"))) return;
+void DropPlatformWarnings(QtMsgType type, const QMessageLogContext& context,
+                          const QString& message) {
+    if (type == QtWarningMsg &&
+        (message.startsWith(QStringLiteral("This plugin does not support")) ||
+         message.contains(QStringLiteral("XDG_RUNTIME_DIR"))))
+        return;
     qt_message_output(type, context, message);
 }
 
 }  // namespace
 
+void QuietOffscreenWarnings() {
+    qInstallMessageHandler(DropPlatformWarnings);
+}
+
 void EnsureGuiApplication() {
     if (QCoreApplication::instance() != nullptr) return;
-    qInstallMessageHandler(QuietRuntimeDirWarning);
+    QuietOffscreenWarnings();
     // The application keeps references to its arguments, so they outlive it.
     static int argc = 3;
     static char name[] = "nerivane";

@@ -9,4 +9,8 @@ namespace nerivane {
 // lives until the program exits.
 void EnsureGuiApplication();
 
+// The offscreen platform warns about every window feature it lacks and about the unset
+// runtime folder of scripts and CI jobs; none of that concerns the picture, so it is dropped.
+void QuietOffscreenWarnings();
+
 }  // namespace nerivane

@@ -20,41 +20,18 @@
 #include "gui/CompSelectForm.h"
 #include "gui/LineEditBox.h"
 #include "gui/MathErrForm.h"
+#include "gui/OffscreenApplication.h"
 #include "gui/OptionsForm.h"
 
 namespace nerivane {
 namespace {
 
-// The offscreen platform warns about every window feature it lacks (raising, size hints) and
-// about the unset XDG_RUNTIME_DIR of a CI job; the dialogs depend on none of these.
-void QuietPlatformWarnings(QtMsgType type, const QMessageLogContext& context,
-                           const QString& message) {
-    if (type == QtWarningMsg &&
-        (message.startsWith(QStringLiteral("This plugin does not support")) ||
-         message.contains(QStringLiteral("XDG_RUNTIME_DIR"))))
-        return;
-    qt_message_output(type, context, message);
-}
-
 // Widgets need a QApplication; the offscreen platform needs no display.
 class WidgetsEnvironment : public ::testing::Environment {
   public:
-    void SetUp() override {
-        qInstallMessageHandler(QuietPlatformWarnings);
-        application_ = std::make_unique<QApplication>(argc_, argv_);
-    }
-    void TearDown() override { application_.reset(); }
-
-  private:
-    // The application keeps references to its arguments, so they live as long as it does.
-    char name_[16] = "Dialogs_test";
-    char platformOption_[16] = "-platform";
-    char platform_[16] = "offscreen";
-    char* argv_[4] = {name_, platformOption_, platform_, nullptr};
-    int argc_ = 3;
-    std::unique_ptr<QApplication> application_;
+    void SetUp() override { EnsureWidgetsApplication(); }
+    void TearDown() override { CloseWidgetsApplication(); }
 };
-
 [[maybe_unused]] ::testing::Environment* const widgetsEnvironment =
     ::testing::AddGlobalTestEnvironment(new WidgetsEnvironment);
 

@@ -15,6 +15,7 @@
 #include <fstream>
 #include <memory>
 
+#include "gui/OffscreenApplication.h"
 #include "gui/ProgramWindows.h"
 #include "numerics/MessageSink.h"
 
@@ -23,32 +24,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-void QuietPlatformWarnings(QtMsgType type, const QMessageLogContext& context,
-                           const QString& message) {
-    if (type == QtWarningMsg &&
-        (message.startsWith(QStringLiteral("This plugin does not support")) ||
-         message.contains(QStringLiteral("XDG_RUNTIME_DIR"))))
-        return;
-    qt_message_output(type, context, message);
-}
-
 class WidgetsEnvironment : public ::testing::Environment {
   public:
-    void SetUp() override {
-        qInstallMessageHandler(QuietPlatformWarnings);
-        application_ = std::make_unique<QApplication>(argc_, argv_);
-    }
-    void TearDown() override { application_.reset(); }
-
-  private:
-    char name_[16] = "Files_test";
-    char platformOption_[16] = "-platform";
-    char platform_[16] = "offscreen";
-    char* argv_[4] = {name_, platformOption_, platform_, nullptr};
-    int argc_ = 3;
-    std::unique_ptr<QApplication> application_;
+    void SetUp() override { EnsureWidgetsApplication(); }
+    void TearDown() override { CloseWidgetsApplication(); }
 };
-
 [[maybe_unused]] ::testing::Environment* const widgetsEnvironment =
     ::testing::AddGlobalTestEnvironment(new WidgetsEnvironment);
 

@@ -23,6 +23,7 @@
 
 #include "app/Plotview.h"
 #include "gui/CompSelectForm.h"
+#include "gui/OffscreenApplication.h"
 #include "gui/OptionsForm.h"
 #include "gui/PlotBox.h"
 #include "gui/ProgramWindows.h"
@@ -34,32 +35,11 @@
 namespace nerivane {
 namespace {
 
-void QuietPlatformWarnings(QtMsgType type, const QMessageLogContext& context,
-                           const QString& message) {
-    if (type == QtWarningMsg &&
-        (message.startsWith(QStringLiteral("This plugin does not support")) ||
-         message.contains(QStringLiteral("XDG_RUNTIME_DIR"))))
-        return;
-    qt_message_output(type, context, message);
-}
-
 class WidgetsEnvironment : public ::testing::Environment {
   public:
-    void SetUp() override {
-        qInstallMessageHandler(QuietPlatformWarnings);
-        application_ = std::make_unique<QApplication>(argc_, argv_);
-    }
-    void TearDown() override { application_.reset(); }
-
-  private:
-    char name_[16] = "TopForm_test";
-    char platformOption_[16] = "-platform";
-    char platform_[16] = "offscreen";
-    char* argv_[4] = {name_, platformOption_, platform_, nullptr};
-    int argc_ = 3;
-    std::unique_ptr<QApplication> application_;
+    void SetUp() override { EnsureWidgetsApplication(); }
+    void TearDown() override { CloseWidgetsApplication(); }
 };
-
 [[maybe_unused]] ::testing::Environment* const widgetsEnvironment =
     ::testing::AddGlobalTestEnvironment(new WidgetsEnvironment);
 

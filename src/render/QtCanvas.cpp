@@ -37,7 +37,7 @@ QFont LabelFont() {
 
 }  // namespace
 
-QtCanvas::QtCanvas(QImage& image)
+QtCanvas::QtCanvas(QImage& image, int penScale)
     : painter_(&image),
       pen_(Qt::black, 1),
       textColour_(Qt::black),
@@ -45,7 +45,8 @@ QtCanvas::QtCanvas(QImage& image)
       // At a ratio of 1 the raster engine puts a one-pixel line on the pixels right of and
       // below its points already. Thicker device lines are centred on their points, so they
       // go through the logical pixels' centres to cover the device pixels a fill would.
-      lineOffset_(image.devicePixelRatio() == 1.0 ? QPointF(0.0, 0.0) : QPointF(0.5, 0.5)) {
+      lineOffset_(image.devicePixelRatio() == 1.0 ? QPointF(0.0, 0.0) : QPointF(0.5, 0.5)),
+      penScale_(penScale < 1 ? 1 : penScale) {
     painter_.setRenderHint(QPainter::Antialiasing, false);
     painter_.setRenderHint(QPainter::TextAntialiasing, true);
     painter_.setFont(LabelFont());
@@ -53,7 +54,7 @@ QtCanvas::QtCanvas(QImage& image)
 }
 
 void QtCanvas::SetPen(Rgb colour, int width, PenStyle style) {
-    pen_ = QPen(ToQColor(colour), width, ToQtStyle(style));
+    pen_ = QPen(ToQColor(colour), width * penScale_, ToQtStyle(style));
     painter_.setPen(pen_);
 }
 

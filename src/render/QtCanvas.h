@@ -22,7 +22,9 @@ namespace nerivane {
 // needs a QGuiApplication (see OffscreenGui.h).
 class QtCanvas final : public Canvas {
   public:
-    explicit QtCanvas(QImage& image);
+    // penScale widens every pen: traces drawn in the device pixels of a dense screen keep the
+    // weight of a logical pixel.
+    explicit QtCanvas(QImage& image, int penScale = 1);
     QtCanvas(const QtCanvas&) = delete;
     QtCanvas& operator=(const QtCanvas&) = delete;
 
@@ -41,6 +43,7 @@ class QtCanvas final : public Canvas {
     QPoint position_;
     QFontMetrics metrics_;
     QPointF lineOffset_;
+    int penScale_;
 };
 
 }  // namespace nerivane

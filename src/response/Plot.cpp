@@ -629,15 +629,24 @@ void DrawTrace(Canvas& canvas, const PlotGeometry& geometry, const PlotView& vie
     }
 }
 
+void DrawPlotFrame(Canvas& canvas, const PlotView& view, const Traces& current,
+                   const Traces* reference) {
+    DrawFrame(canvas, view, GeometryFor(view), ShownEntries(view), current,
+              view.showReference ? reference : nullptr);
+}
+
+void DrawPlotTraces(Canvas& canvas, const PlotGeometry& geometry, const PlotView& view,
+                    const Traces& current, const Traces* reference) {
+    const std::vector<PlotEntry> entries = ShownEntries(view);
+    DrawEntries(canvas, geometry, view, entries, current, false);
+    if (view.showReference && reference != nullptr)
+        DrawEntries(canvas, geometry, view, entries, *reference, true);
+}
+
 void DrawPlot(Canvas& canvas, const PlotView& view, const Traces& current, const Traces* reference,
               bool drawGrid) {
-    const PlotGeometry geometry = GeometryFor(view);
-    const std::vector<PlotEntry> entries = ShownEntries(view);
-    const Traces* shownReference = view.showReference ? reference : nullptr;
-    if (drawGrid) DrawFrame(canvas, view, geometry, entries, current, shownReference);
-    DrawEntries(canvas, geometry, view, entries, current, false);
-    if (shownReference != nullptr)
-        DrawEntries(canvas, geometry, view, entries, *shownReference, true);
+    if (drawGrid) DrawPlotFrame(canvas, view, current, reference);
+    DrawPlotTraces(canvas, GeometryFor(view), view, current, reference);
 }
 
 }  // namespace nerivane

@@ -75,4 +75,12 @@ void DrawTrace(Canvas& canvas, const PlotGeometry& geometry, const PlotView& vie
 void DrawPlot(Canvas& canvas, const PlotView& view, const Traces& current, const Traces* reference,
               bool drawGrid);
 
+// The two halves of DrawPlot, for a canvas that draws the traces at a finer resolution than
+// the labels (a dense screen): the frame in the view's pixels, the traces in the given
+// rectangle's.
+void DrawPlotFrame(Canvas& canvas, const PlotView& view, const Traces& current,
+                   const Traces* reference);
+void DrawPlotTraces(Canvas& canvas, const PlotGeometry& geometry, const PlotView& view,
+                    const Traces& current, const Traces* reference);
+
 }  // namespace nerivane

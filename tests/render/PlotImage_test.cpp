@@ -52,6 +52,36 @@ TEST_F(PlotImageTest, RendersAtTheViewsSizeTimesTheRatio) {
     }
 }
 
+// On a dense screen a gentle slope steps one device row at a time: the traces are drawn at
+// the screen's resolution. Drawn in logical pixels they would climb in two-row stairs.
+TEST_F(PlotImageTest, OnADenseScreenTracesStepAtDeviceResolution) {
+    const PlotView view = MagnitudeView(4, 100.0, 10000.0);
+    Traces ramp = FlatTraces(0.0);
+    for (int i = 0; i < TracePoints; ++i) ramp.magnitudeDb[i] = -10.0 - 60.0 * i / TracePoints;
+    QImage image = RenderPlot(view, ramp, nullptr, 2.0);
+    image.setDevicePixelRatio(1.0);
+    const PlotGeometry g = GeometryFor(view);
+    const QRgb red = ToQRgb({255, 0, 0});
+    std::vector<int> topRows;
+    for (int x = 2 * g.left + 20; x < 2 * (g.left + g.width) - 20; ++x) {
+        for (int y = 2 * g.top; y < 2 * g.Bottom(); ++y) {
+            if (image.pixel(x, y) == red) {
+                topRows.push_back(y);
+                break;
+            }
+        }
+    }
+    ASSERT_GT(topRows.size(), 100u);
+    int singleSteps = 0;
+    int doubleSteps = 0;
+    for (std::size_t i = 1; i < topRows.size(); ++i) {
+        singleSteps += topRows[i] - topRows[i - 1] == 1;
+        doubleSteps += topRows[i] - topRows[i - 1] == 2;
+    }
+    EXPECT_GT(singleSteps, 100);
+    EXPECT_EQ(doubleSteps, 0);
+}
+
 TEST_F(PlotImageTest, DrawsTheTracesOverTheGridInTheirColours) {
     PlotView view = MagnitudeView(4, 100.0, 10000.0);
     view.showReference = true;

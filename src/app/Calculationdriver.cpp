@@ -4,7 +4,6 @@
 
 #include "app/Initializevars.h"
 #include "app/Updownfunctions.h"
-#include "numerics/CheckedMath.h"
 #include "numerics/Protofunctions.h"
 #include "response/Fftfunctions.h"
 #include "response/Magphasefunctions.h"
@@ -12,17 +11,6 @@
 
 namespace nerivane {
 namespace {
-
-struct SweepSpan {
-    double start;  // times F0, except the linear sweep's fixed 1 Hz
-    double end;
-};
-
-// clang-format off
-constexpr SweepSpan Sweeps[] = {
-    {0.0, 2.0}, {0.5, 2.0}, {0.25, 4.0}, {0.125, 8.0}, {0.1, 10.0}, {0.01, 100.0},
-};
-// clang-format on
 
 void RecordToleranceTexts(DesignState& state, const ComponentSettings& settings) {
     // "Worst Case" is recorded as "Standard R" on purpose: a loaded design comes back with
@@ -60,19 +48,12 @@ void MakeRunTraces(int run, const DesignState& state, const ComponentSettings& s
 }  // namespace
 
 void LayOutFrequencyAxis(DesignState& state, std::span<double> axis) {
-    const int index = state.SweepIndex >= 0 && state.SweepIndex <= 5 ? state.SweepIndex : 4;
-    state.FreqMin = index == 0 ? 1.0 : Sweeps[index].start * state.F0;
-    state.FreqMax = Sweeps[index].end * state.F0;
-    const std::size_t n = axis.size();
-    // The divisor is the point count, so the last point stops one step short of FreqMax.
-    if (index == 0) {
-        const double step = (state.FreqMax - state.FreqMin) / static_cast<double>(n);
-        for (std::size_t i = 0; i < n; ++i) axis[i] = state.FreqMin + i * step;
-    } else {
-        const double logStep = CheckedLog(state.FreqMax / state.FreqMin) / static_cast<double>(n);
-        for (std::size_t i = 0; i < n; ++i) axis[i] = state.FreqMin * CheckedExp(i * logStep);
-    }
-    if (n > 1) axis[0] = 0.1 * axis[1];
+    const SweepLimits limits = SweepLimitsFor(state.SweepIndex, state.F0);
+    state.FreqMin = limits.start;
+    state.FreqMax = limits.end;
+    ReferenceFrequencyGrid(state.SweepIndex, state.F0, axis);
+    // Even the linear sweep's first point is a tenth of its second, never the 1 Hz start.
+    if (axis.size() > 1) axis[0] = 0.1 * axis[1];
 }
 
 void GatherInputs(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,

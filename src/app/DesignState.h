@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
 #include "numerics/Polymain.h"
 
@@ -17,16 +18,6 @@ inline constexpr std::int32_t FormatVersionMinor = 2;
 inline constexpr std::int32_t DesignRecordSize = 2016;
 inline constexpr int IdentityTextUnits = 68;  // 136 bytes of UTF-16
 inline constexpr char IdentityText[] = "Nerivane Active Filter Design";
-
-enum TopologyIndexValue : std::int32_t {
-    VcvsLowPass = 0,
-    MfbLowPass = 1,
-    VcvsHighPass = 2,
-    MfbHighPass = 3,
-    VcvsBandPass = 4,
-    MfbBandPass = 5,
-    VcvsNotch = 6,
-};
 
 enum class ReadOutMode : std::int32_t { GraphPosition = 0, ValueAtFrequency = 1 };
 enum class MagnitudeMode : std::int32_t { Db = 0, Linear = 1 };

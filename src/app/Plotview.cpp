@@ -20,8 +20,6 @@ PlotView PlotViewFor(const DesignState& state, const ControlStates& controls,
     view.showGroupDelay = state.PlotGroupDelay != 0;
     view.showPulse = state.PlotPulse != 0 && results.traces.hasPulse;
     view.showReference = state.PlotReference != 0;
-    view.phaseEnabled = true;
-    view.groupDelayEnabled = true;
     view.pulseEnabled = controls.pulseBoxEnabled;
     view.linearMagnitude = state.Magnitude == MagnitudeMode::Linear;
     view.hilbertPhase = state.Phase == PhaseMode::Hilbert && controls.hilbertPhaseMenuEnabled;

@@ -34,11 +34,8 @@ void ReSimulateReference(ReferenceDesign& reference, const DesignState& current)
     auto frequencies = std::make_unique<std::array<double, TracePoints>>();
     auto response = std::make_unique<std::array<Complex, TracePoints>>();
     ReferenceFrequencyGrid(current.SweepIndex, current.F0, *frequencies);
-    response->fill({1.0, 0.0});
-    for (int s = 0; s < r.NumSections && s < MaxSections; ++s) {
-        SimulateSection(r.TopologyIndex, reference.parts.Section(s), r.OpAmpGainBandwidth,
-                        r.OpAmpOutputResistance, *frequencies, *response);
-    }
+    SimulateCascade(r.TopologyIndex, reference.parts, r.NumSections, r.OpAmpGainBandwidth,
+                    r.OpAmpOutputResistance, *frequencies, *response);
     ComputeTraces(*response, *frequencies, r.PhaseThreshold, r.TopologyIndex, r.NumSections,
                   *reference.traces);
 }

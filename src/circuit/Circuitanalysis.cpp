@@ -100,6 +100,16 @@ void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double 
     MultiplySection(topology, parts, outputResistance, *sweep, response);
 }
 
+void SimulateCascade(int topology, const SectionComponents& parts, int numSections,
+                     double gainBandwidth, double outputResistance,
+                     std::span<const double> frequencies, std::span<Complex> response) {
+    auto sweep = std::make_unique<PreparedSweep>();
+    PrepareSweep(frequencies, gainBandwidth, std::nullopt, *sweep);
+    for (std::size_t k = 0; k < sweep->points; ++k) response[k] = {1.0, 0.0};
+    for (int s = 0; s < numSections && s < MaxSections; ++s)
+        MultiplySection(topology, parts.Section(s), outputResistance, *sweep, response);
+}
+
 int ToleranceRandom::Next() {
     // A 64-bit linear congruential step; the high bits are the well-mixed ones.
     state_ = state_ * 6364136223846793005ULL + 1442695040888963407ULL;
@@ -146,17 +156,21 @@ void Simulate(const SimulationInputs& inputs, std::span<Complex> response, Toler
     }
 }
 
-void ReferenceFrequencyGrid(int sweepIndex, double f0, std::span<double> frequencies) {
+SweepLimits SweepLimitsFor(int sweepIndex, double f0) {
+    // Multiples of F0; the linear sweep's start is a fixed 1 Hz instead.
     // clang-format off
-    static constexpr struct { double start, end; } Sweeps[] = {
+    static constexpr SweepLimits Sweeps[] = {
         {0.0, 2.0}, {0.5, 2.0}, {0.25, 4.0}, {0.125, 8.0}, {0.1, 10.0}, {0.01, 100.0},
     };
     // clang-format on
     const int index = sweepIndex >= 0 && sweepIndex <= 5 ? sweepIndex : 4;
-    const double start = index == 0 ? 1.0 : Sweeps[index].start * f0;
-    const double end = Sweeps[index].end * f0;
+    return {index == 0 ? 1.0 : Sweeps[index].start * f0, Sweeps[index].end * f0};
+}
+
+void ReferenceFrequencyGrid(int sweepIndex, double f0, std::span<double> frequencies) {
+    const auto [start, end] = SweepLimitsFor(sweepIndex, f0);
     const std::size_t n = frequencies.size();
-    if (index == 0) {
+    if (sweepIndex == 0) {
         for (std::size_t k = 0; k < n; ++k) frequencies[k] = k * (end - start) / n + start;
     } else {
         const double logSpan = CheckedLog(end / start);

@@ -29,6 +29,12 @@ void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double 
                            double outputResistance, std::span<const double> frequencies,
                            std::span<Complex> response);
 
+// The nominal cascade (no tolerance runs) over a sweep: response is set to the product of the
+// sections' responses. The sweep is prepared once for all sections.
+void SimulateCascade(int topology, const SectionComponents& parts, int numSections,
+                     double gainBandwidth, double outputResistance,
+                     std::span<const double> frequencies, std::span<Complex> response);
+
 // The random draws of the tolerance runs: a seedable generator, so the same seed gives the
 // same runs.
 class ToleranceRandom {
@@ -61,8 +67,17 @@ struct SimulationInputs {
 void Simulate(const SimulationInputs& inputs, std::span<Complex> response, ToleranceRandom& random,
               const std::function<void(int run)>& perRun);
 
-// The reference design's grid: npts points from the sweep's start (1 Hz for the linear
-// sweep), linear or logarithmic, the end itself never reached.
+// Where a sweep starts and ends: 1 Hz to 2 F0 for the linear sweep (index 0), the others
+// logarithmic around F0 (half to double, two and three octaves, one and two decades).
+struct SweepLimits {
+    double start;  // Hz
+    double end;    // Hz
+};
+SweepLimits SweepLimitsFor(int sweepIndex, double f0);
+
+// The sweep's points: frequencies.size() of them from the start, linear or logarithmic, the
+// divisor the point count so that the end itself is never reached. The reference design is
+// simulated over this grid; the plot's axis is the same with its first point moved.
 void ReferenceFrequencyGrid(int sweepIndex, double f0, std::span<double> frequencies);
 
 }  // namespace nerivane

@@ -3,9 +3,22 @@
 // absent from the topology, or impossible to compute.
 #pragma once
 
+#include <cstdint>
+
 #include "numerics/Protofunctions.h"
 
 namespace nerivane {
+
+// The seven section circuits, numbered as the design record and the Circuit menu number them.
+enum TopologyIndexValue : std::int32_t {
+    VcvsLowPass = 0,
+    MfbLowPass = 1,
+    VcvsHighPass = 2,
+    MfbHighPass = 3,
+    VcvsBandPass = 4,
+    MfbBandPass = 5,
+    VcvsNotch = 6,
+};
 
 inline constexpr double OpenMarker = 1e50;        // an open circuit
 inline constexpr double AbsentMarker = -1e50;     // the topology has no such part

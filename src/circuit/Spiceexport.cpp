@@ -87,7 +87,7 @@ class SectionWriter {
     std::string& out_;
 };
 
-void VcvsLowPass(SectionWriter& w, const WorkingComponents& c) {
+void WriteVcvsLowPass(SectionWriter& w, const WorkingComponents& c) {
     w.Resistor("R1", c.R1, "in", "a");
     w.Resistor("R2", c.R2, "a", "p");
     w.Capacitor("C1", c.C1, "p", "gnd");
@@ -97,7 +97,7 @@ void VcvsLowPass(SectionWriter& w, const WorkingComponents& c) {
     w.OpAmp("p", "m", "out");
 }
 
-void MfbLowPass(SectionWriter& w, const WorkingComponents& c) {
+void WriteMfbLowPass(SectionWriter& w, const WorkingComponents& c) {
     w.Resistor("R1", c.R1, "in", "a");
     w.Resistor("R2", c.R2, "a", "out");
     w.Resistor("R3", c.R3, "a", "m");
@@ -106,7 +106,7 @@ void MfbLowPass(SectionWriter& w, const WorkingComponents& c) {
     w.OpAmp("gnd", "m", "out");
 }
 
-void VcvsHighPass(SectionWriter& w, const WorkingComponents& c) {
+void WriteVcvsHighPass(SectionWriter& w, const WorkingComponents& c) {
     // A first-order section has no series capacitor: its marker stands for a wire.
     if (c.C1 >= NotUsedThreshold) {
         w.Wire("C1", "not used: a wire", "in", "a");
@@ -121,7 +121,7 @@ void VcvsHighPass(SectionWriter& w, const WorkingComponents& c) {
     w.OpAmp("p", "m", "out");
 }
 
-void MfbHighPass(SectionWriter& w, const WorkingComponents& c) {
+void WriteMfbHighPass(SectionWriter& w, const WorkingComponents& c) {
     w.Capacitor("C1", c.C1, "in", "a");
     // The open R1 of a first-order section makes a and m one node.
     if (c.R1 >= NotUsedThreshold) {
@@ -135,7 +135,7 @@ void MfbHighPass(SectionWriter& w, const WorkingComponents& c) {
     w.OpAmp("gnd", "m", "out");
 }
 
-void VcvsBandPass(SectionWriter& w, const WorkingComponents& c) {
+void WriteVcvsBandPass(SectionWriter& w, const WorkingComponents& c) {
     w.Resistor("R1", c.R1, "in", "a");
     w.Capacitor("C1", c.C1, "a", "gnd");
     w.Capacitor("C1b", c.C1, "a", "p");
@@ -146,7 +146,7 @@ void VcvsBandPass(SectionWriter& w, const WorkingComponents& c) {
     w.OpAmp("p", "m", "out");
 }
 
-void MfbBandPass(SectionWriter& w, const WorkingComponents& c) {
+void WriteMfbBandPass(SectionWriter& w, const WorkingComponents& c) {
     w.Resistor("R1", c.R1, "in", "a");
     w.Resistor("R2", c.R2, "a", "gnd");
     w.Capacitor("C2", c.C2, "a", "m");
@@ -155,7 +155,7 @@ void MfbBandPass(SectionWriter& w, const WorkingComponents& c) {
     w.OpAmp("gnd", "m", "out");
 }
 
-void Notch(SectionWriter& w, const WorkingComponents& c) {
+void WriteNotch(SectionWriter& w, const WorkingComponents& c) {
     w.Resistor("R1", c.R1, "in", "a");
     w.Resistor("R2", c.R2, "a", "p");
     w.Capacitor("C2", c.C2, "a", "gnd");
@@ -171,13 +171,13 @@ struct Topology {
 };
 
 constexpr std::array<Topology, 7> Topologies = {{
-    {"VCVS low pass (Sallen-Key)", VcvsLowPass},
-    {"MFB low pass", MfbLowPass},
-    {"VCVS high pass (Sallen-Key, equal capacitors)", VcvsHighPass},
-    {"MFB high pass", MfbHighPass},
-    {"VCVS band pass (Sallen-Key, stage gain 2)", VcvsBandPass},
-    {"MFB band pass", MfbBandPass},
-    {"VCVS notch (twin-T, unity-gain follower)", Notch},
+    {"VCVS low pass (Sallen-Key)", WriteVcvsLowPass},
+    {"MFB low pass", WriteMfbLowPass},
+    {"VCVS high pass (Sallen-Key, equal capacitors)", WriteVcvsHighPass},
+    {"MFB high pass", WriteMfbHighPass},
+    {"VCVS band pass (Sallen-Key, stage gain 2)", WriteVcvsBandPass},
+    {"MFB band pass", WriteMfbBandPass},
+    {"VCVS notch (twin-T, unity-gain follower)", WriteNotch},
 }};
 
 std::string OpAmpDescription(const SpiceDesign& design) {

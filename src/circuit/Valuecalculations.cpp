@@ -15,16 +15,6 @@ constexpr double LimitFloor = 1e-12;
 constexpr double FallbackLimit = 10.0;
 constexpr double SuggestionTimeConstant = 1e-5;  // seconds: C = 10 us / F0 for 10 kΩ-ish parts
 
-enum Topology : int {
-    VcvsLowPass = 0,
-    MfbLowPass = 1,
-    VcvsHighPass = 2,
-    MfbHighPass = 3,
-    VcvsBandPass = 4,
-    MfbBandPass = 5,
-    Notch = 6,
-};
-
 // One prototype section's denominator A s^2 + B s + C.
 struct Denominator {
     double A, B, C;
@@ -118,7 +108,7 @@ void Prepare(const SectionContext& x, WorkingComponents& parts, double ratio) {
             }
             pushDown = true;
             break;
-        case Notch:
+        case VcvsNotch:
             hideC2Panel();
             parts.C2 = x.settings.CapacitorStd(2.0 * parts.C1);
             break;
@@ -349,7 +339,7 @@ void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& pro
                 BandPassValues(x, r, working);
                 break;
             }
-            case Notch:
+            case VcvsNotch:
                 Prepare(x, working, 0.0);
                 NotchValues(x, working);
                 break;

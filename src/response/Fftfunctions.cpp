@@ -134,9 +134,6 @@ constexpr double SamplingSpanPerF0 = 20.0;
 constexpr double PulseWidthTimesF0 = 12.8;
 constexpr double TraceSwing = 0.6;
 
-constexpr int VcvsLowPassTopology = 0;
-constexpr int MfbLowPassTopology = 1;
-
 // f = 0 is replaced by a tenth of the first step: the pulse spectrum divides by j w.
 std::vector<double> PulseGrid(double fs) {
     std::vector<double> f(PulseGridSteps + 1);
@@ -149,12 +146,9 @@ std::vector<double> PulseGrid(double fs) {
 // The nominal circuit over the grid, in a scratch array: the caller's sweep and response are
 // never touched, so nothing has to be restored or simulated again afterwards.
 std::vector<Complex> SimulateNominal(const PulseInputs& inputs, std::span<const double> f) {
-    std::vector<Complex> h(f.size(), Complex{1.0, 0.0});
-    const int sections = std::min(inputs.numSections, MaxSections);
-    for (int s = 0; s < sections; ++s) {
-        SimulateSection(inputs.topology, inputs.parts->Section(s), inputs.settings->gainBandwidth,
-                        inputs.settings->outputResistance, f, h);
-    }
+    std::vector<Complex> h(f.size());
+    SimulateCascade(inputs.topology, *inputs.parts, inputs.numSections,
+                    inputs.settings->gainBandwidth, inputs.settings->outputResistance, f, h);
     return h;
 }
 
@@ -188,8 +182,8 @@ std::vector<double> ConjugateSymmetricSpectrum(std::span<const Complex> x) {
 // of inverting MFB low-pass stages turns the trace over so it falls from the top, and the others
 // swing both ways about the middle.
 double PulseBaseline(int topology, int numSections) {
-    if (topology == VcvsLowPassTopology) return 0.2;
-    if (topology == MfbLowPassTopology) return numSections % 2 == 0 ? 0.2 : 0.8;
+    if (topology == VcvsLowPass) return 0.2;
+    if (topology == MfbLowPass) return numSections % 2 == 0 ? 0.2 : 0.8;
     return 0.5;
 }
 

@@ -292,7 +292,7 @@ TEST(FamilyPolynomials, AdjustableGaussWithGammaZeroAlternatesOnes) {
 }
 
 // The stretch applies to the roots only: the same root finder on the same polynomial must
-// give the Gaussian's roots with every imaginary part 1.1 times larger, in the same order.
+// give the Gaussian's roots with every imaginary part stretched a tenth, in the same order.
 TEST(FamilyRoots, AdjustableGaussWithGammaMinusOneStretchesTheGaussianRoots) {
     for (int n = 1; n <= MaxPoles; ++n) {
         SCOPED_TRACE(n);

@@ -18,13 +18,8 @@ std::unique_ptr<QApplication>& Application() {
 void EnsureWidgetsApplication() {
     if (QCoreApplication::instance() != nullptr) return;
     QuietOffscreenWarnings();
-    // The application keeps references to its arguments, so they outlive it.
-    static int argc = 3;
-    static char name[] = "nerivane";
-    static char platformOption[] = "-platform";
-    static char platform[] = "offscreen";
-    static char* argv[] = {name, platformOption, platform, nullptr};
-    Application() = std::make_unique<QApplication>(argc, argv);
+    const OffscreenArguments arguments = OffscreenApplicationArguments();
+    Application() = std::make_unique<QApplication>(arguments.argc, arguments.argv);
 }
 
 void CloseWidgetsApplication() {

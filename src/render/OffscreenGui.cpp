@@ -24,19 +24,23 @@ void QuietOffscreenWarnings() {
     qInstallMessageHandler(DropPlatformWarnings);
 }
 
-void EnsureGuiApplication() {
-    if (QCoreApplication::instance() != nullptr) return;
-    QuietOffscreenWarnings();
-    // The application keeps references to its arguments, so they outlive it.
+OffscreenArguments OffscreenApplicationArguments() {
     static int argc = 3;
     static char name[] = "nerivane";
     static char platformOption[] = "-platform";
     static char platform[] = "offscreen";
     static char* argv[] = {name, platformOption, platform, nullptr};
+    return {argc, argv};
+}
+
+void EnsureGuiApplication() {
+    if (QCoreApplication::instance() != nullptr) return;
+    QuietOffscreenWarnings();
+    const OffscreenArguments arguments = OffscreenApplicationArguments();
     // Destroyed at exit, before the Qt state it set up, which releases the font library's
     // caches too.
     static const std::unique_ptr<QGuiApplication> application =
-        std::make_unique<QGuiApplication>(argc, argv);
+        std::make_unique<QGuiApplication>(arguments.argc, arguments.argv);
 }
 
 }  // namespace nerivane

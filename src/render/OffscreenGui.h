@@ -9,6 +9,14 @@ namespace nerivane {
 // lives until the program exits.
 void EnsureGuiApplication();
 
+// The command line an application on the offscreen platform is made with. The application
+// keeps references to its arguments, so they live as long as the program.
+struct OffscreenArguments {
+    int& argc;
+    char** argv;
+};
+OffscreenArguments OffscreenApplicationArguments();
+
 // The offscreen platform warns about every window feature it lacks and about the unset
 // runtime folder of scripts and CI jobs; none of that concerns the picture, so it is dropped.
 void QuietOffscreenWarnings();

@@ -16,24 +16,15 @@
 #include <string>
 #include <vector>
 
+#include "WidgetsEnvironment.h"
 #include "gui/AboutForm.h"
 #include "gui/CompSelectForm.h"
 #include "gui/LineEditBox.h"
 #include "gui/MathErrForm.h"
-#include "gui/OffscreenApplication.h"
 #include "gui/OptionsForm.h"
 
 namespace nerivane {
 namespace {
-
-// Widgets need a QApplication; the offscreen platform needs no display.
-class WidgetsEnvironment : public ::testing::Environment {
-  public:
-    void SetUp() override { EnsureWidgetsApplication(); }
-    void TearDown() override { CloseWidgetsApplication(); }
-};
-[[maybe_unused]] ::testing::Environment* const widgetsEnvironment =
-    ::testing::AddGlobalTestEnvironment(new WidgetsEnvironment);
 
 template <class Widget = QWidget>
 Widget* Find(const QWidget& dialog, const char* name) {

@@ -15,7 +15,7 @@
 #include <fstream>
 #include <memory>
 
-#include "gui/OffscreenApplication.h"
+#include "WidgetsEnvironment.h"
 #include "gui/ProgramWindows.h"
 #include "numerics/MessageSink.h"
 
@@ -23,14 +23,6 @@ namespace nerivane {
 namespace {
 
 namespace fs = std::filesystem;
-
-class WidgetsEnvironment : public ::testing::Environment {
-  public:
-    void SetUp() override { EnsureWidgetsApplication(); }
-    void TearDown() override { CloseWidgetsApplication(); }
-};
-[[maybe_unused]] ::testing::Environment* const widgetsEnvironment =
-    ::testing::AddGlobalTestEnvironment(new WidgetsEnvironment);
 
 class WindowFiles : public ::testing::Test {
   protected:

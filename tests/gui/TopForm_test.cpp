@@ -21,9 +21,9 @@
 #include <string>
 #include <vector>
 
+#include "WidgetsEnvironment.h"
 #include "app/Plotview.h"
 #include "gui/CompSelectForm.h"
-#include "gui/OffscreenApplication.h"
 #include "gui/OptionsForm.h"
 #include "gui/PlotBox.h"
 #include "gui/ProgramWindows.h"
@@ -34,14 +34,6 @@
 
 namespace nerivane {
 namespace {
-
-class WidgetsEnvironment : public ::testing::Environment {
-  public:
-    void SetUp() override { EnsureWidgetsApplication(); }
-    void TearDown() override { CloseWidgetsApplication(); }
-};
-[[maybe_unused]] ::testing::Environment* const widgetsEnvironment =
-    ::testing::AddGlobalTestEnvironment(new WidgetsEnvironment);
 
 const QColor Silver(192, 192, 192);
 

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "circuit/Sectioncircuits.h"
 #include "numerics/Mathfunctions.h"
 
 namespace nerivane {
@@ -13,8 +14,6 @@ namespace {
 
 constexpr double SinglePoleDcGain = 1e5;
 constexpr double IdealGain = 1e9;
-// The rounding to a standard resistor may move the failure marker by a few ulps.
-constexpr double FailMarkerTolerance = 1e-9;
 
 // Seventeen significant digits, always with a '.', whatever the locale: the netlist must
 // carry the doubles exactly and read the same in every SPICE.
@@ -25,160 +24,31 @@ std::string Number(double x) {
     return std::string(buffer.data(), result.ptr);
 }
 
-// The failure marker, or the not-a-number a square root of a negative value leaves.
-bool HasNoRealValue(double r) {
-    return std::isnan(r) || std::abs(r - FailMarker) <= FailMarker * FailMarkerTolerance;
+std::string Note(const CircuitPart& part, const std::string& text) {
+    return std::string("* ") + part.name + " " + text + "\n";
 }
 
-bool HasFailed(const WorkingComponents& c) {
-    return HasNoRealValue(c.R1) || HasNoRealValue(c.R2) || HasNoRealValue(c.R3) ||
-           HasNoRealValue(c.R4);
+// One part as its condition makes it: a placed element, a wire (a 0 V source, which SPICE
+// solves exactly), or a note that it is left out. A value without a real solution is written
+// as it stands, so the netlist still runs.
+std::string PartLine(const CircuitPart& part, const WorkingComponents& values) {
+    const PartCondition condition = ConditionOf(part, values);
+    const char* a = NodeName(part.from);
+    const char* b = NodeName(part.to);
+    switch (condition.state) {
+        case PartState::Placed:
+        case PartState::NoSolution:
+            return std::string(part.name) + " " + a + " " + b + " " +
+                   Number(ValueOf(values, part.value)) + "\n";
+        case PartState::Wire:
+            return Note(part, std::string(condition.reason) + ": a wire") + "V" + part.name + " " +
+                   a + " " + b + " 0\n";
+        case PartState::LeftOut:
+        case PartState::NoValue: return Note(part, std::string(condition.reason) + ": left out");
+        case PartState::Absent: return "";
+    }
+    return "";
 }
-
-// Writes one section's subcircuit body, turning the markers of the value calculation into
-// what the circuit becomes: open parts and parts the topology lacks are left out, a 0-ohm
-// resistor is a wire (a 0 V source, which SPICE solves exactly).
-class SectionWriter {
-  public:
-    explicit SectionWriter(std::string& out) : out_(out) {}
-
-    void Resistor(const char* name, double value, const char* a, const char* b) {
-        if (!Usable(name, value)) return;
-        if (value >= NotUsedThreshold) return Note(name, "open: left out");
-        if (value == 0.0) return Wire(name, "= 0: a wire", a, b);
-        Element(name, a, b, value);
-    }
-
-    void Capacitor(const char* name, double value, const char* a, const char* b) {
-        if (!Usable(name, value)) return;
-        if (value >= NotUsedThreshold) return Note(name, "open: left out");
-        if (value == 0.0) return Note(name, "= 0: left out");
-        Element(name, a, b, value);
-    }
-
-    void Wire(const char* name, const char* why, const char* a, const char* b) {
-        Note(name, why);
-        out_ += std::string("V") + name + " " + a + " " + b + " 0\n";
-    }
-
-    // Pins: non-inverting input, inverting input, output.
-    void OpAmp(const char* p, const char* m, const char* output) {
-        out_ += std::string("Xopamp ") + p + " " + m + " " + output + " opamp\n";
-    }
-
-  private:
-    // Absent parts vanish silently; a value that is not a number cannot be placed.
-    bool Usable(const char* name, double value) {
-        if (std::isnan(value)) {
-            Note(name, "has no value: left out");
-            return false;
-        }
-        return value >= 0.0;
-    }
-
-    void Note(const char* name, const char* text) {
-        out_ += std::string("* ") + name + " " + text + "\n";
-    }
-
-    void Element(const char* name, const char* a, const char* b, double value) {
-        out_ += std::string(name) + " " + a + " " + b + " " + Number(value) + "\n";
-    }
-
-    std::string& out_;
-};
-
-void WriteVcvsLowPass(SectionWriter& w, const WorkingComponents& c) {
-    w.Resistor("R1", c.R1, "in", "a");
-    w.Resistor("R2", c.R2, "a", "p");
-    w.Capacitor("C1", c.C1, "p", "gnd");
-    w.Capacitor("C2", c.C2, "a", "out");
-    w.Resistor("R3", c.R3, "m", "gnd");
-    w.Resistor("R4", c.R4, "out", "m");
-    w.OpAmp("p", "m", "out");
-}
-
-void WriteMfbLowPass(SectionWriter& w, const WorkingComponents& c) {
-    w.Resistor("R1", c.R1, "in", "a");
-    w.Resistor("R2", c.R2, "a", "out");
-    w.Resistor("R3", c.R3, "a", "m");
-    w.Capacitor("C2", c.C2, "a", "gnd");
-    w.Capacitor("C1", c.C1, "m", "out");
-    w.OpAmp("gnd", "m", "out");
-}
-
-void WriteVcvsHighPass(SectionWriter& w, const WorkingComponents& c) {
-    // A first-order section has no series capacitor: its marker stands for a wire.
-    if (c.C1 >= NotUsedThreshold) {
-        w.Wire("C1", "not used: a wire", "in", "a");
-    } else {
-        w.Capacitor("C1", c.C1, "in", "a");
-    }
-    w.Capacitor("C2", c.C2, "a", "p");
-    w.Resistor("R2", c.R2, "p", "gnd");
-    w.Resistor("R1", c.R1, "a", "out");
-    w.Resistor("R3", c.R3, "m", "gnd");
-    w.Resistor("R4", c.R4, "out", "m");
-    w.OpAmp("p", "m", "out");
-}
-
-void WriteMfbHighPass(SectionWriter& w, const WorkingComponents& c) {
-    w.Capacitor("C1", c.C1, "in", "a");
-    // The open R1 of a first-order section makes a and m one node.
-    if (c.R1 >= NotUsedThreshold) {
-        w.Wire("C1b", "a wire (R1 open)", "a", "m");
-    } else {
-        w.Capacitor("C1b", c.C1, "a", "m");
-    }
-    w.Capacitor("C2", c.C2, "a", "out");
-    w.Resistor("R1", c.R1, "a", "gnd");
-    w.Resistor("R2", c.R2, "m", "out");
-    w.OpAmp("gnd", "m", "out");
-}
-
-void WriteVcvsBandPass(SectionWriter& w, const WorkingComponents& c) {
-    w.Resistor("R1", c.R1, "in", "a");
-    w.Capacitor("C1", c.C1, "a", "gnd");
-    w.Capacitor("C1b", c.C1, "a", "p");
-    w.Resistor("R3", c.R3, "p", "gnd");
-    w.Resistor("R2", c.R2, "a", "out");
-    w.Resistor("R4", c.R4, "out", "m");
-    w.Resistor("R4b", c.R4, "m", "gnd");
-    w.OpAmp("p", "m", "out");
-}
-
-void WriteMfbBandPass(SectionWriter& w, const WorkingComponents& c) {
-    w.Resistor("R1", c.R1, "in", "a");
-    w.Resistor("R2", c.R2, "a", "gnd");
-    w.Capacitor("C2", c.C2, "a", "m");
-    w.Capacitor("C1", c.C1, "a", "out");
-    w.Resistor("R3", c.R3, "m", "out");
-    w.OpAmp("gnd", "m", "out");
-}
-
-void WriteNotch(SectionWriter& w, const WorkingComponents& c) {
-    w.Resistor("R1", c.R1, "in", "a");
-    w.Resistor("R2", c.R2, "a", "p");
-    w.Capacitor("C2", c.C2, "a", "gnd");
-    w.Capacitor("C1", c.C1, "in", "b");
-    w.Capacitor("C1b", c.C1, "b", "p");
-    w.Resistor("R3", c.R3, "b", "out");
-    w.OpAmp("p", "out", "out");
-}
-
-struct Topology {
-    const char* name;
-    void (*write)(SectionWriter&, const WorkingComponents&);
-};
-
-constexpr std::array<Topology, 7> Topologies = {{
-    {"VCVS low pass (Sallen-Key)", WriteVcvsLowPass},
-    {"MFB low pass", WriteMfbLowPass},
-    {"VCVS high pass (Sallen-Key, equal capacitors)", WriteVcvsHighPass},
-    {"MFB high pass", WriteMfbHighPass},
-    {"VCVS band pass (Sallen-Key, stage gain 2)", WriteVcvsBandPass},
-    {"MFB band pass", WriteMfbBandPass},
-    {"VCVS notch (twin-T, unity-gain follower)", WriteNotch},
-}};
 
 std::string OpAmpDescription(const SpiceDesign& design) {
     const std::string ro = Number(design.outputResistance) + " ohms";
@@ -224,16 +94,19 @@ std::string OpAmpSubcircuit(const SpiceDesign& design) {
     return s + ".ends opamp\n";
 }
 
-std::string SectionSubcircuit(const Topology& topology, int index, const WorkingComponents& c) {
+std::string SectionSubcircuit(const SectionCircuit& circuit, int index,
+                              const WorkingComponents& values) {
     const std::string name = "section" + std::to_string(index);
-    std::string s = "* Section " + std::to_string(index) + ": " + topology.name + ".\n";
-    if (HasFailed(c)) {
+    std::string s = "* Section " + std::to_string(index) + ": " + circuit.title + ".\n";
+    if (SectionHasFailed(values)) {
         s += "* The values of this section have no real solution; they are written as they "
              "stand.\n";
     }
     s += ".subckt " + name + " in out gnd\n";
-    SectionWriter writer(s);
-    topology.write(writer, c);
+    for (const CircuitPart& part : circuit.Parts()) s += PartLine(part, values);
+    // Pins: non-inverting input, inverting input, output.
+    s += std::string("Xopamp ") + NodeName(circuit.opAmp.plus) + " " +
+         NodeName(circuit.opAmp.minus) + " " + NodeName(circuit.opAmp.output) + " opamp\n";
     return s + ".ends " + name + "\n";
 }
 
@@ -259,7 +132,7 @@ std::string AcLine(const SpiceDesign& design) {
 }  // namespace
 
 std::string SpiceNetlist(const SpiceDesign& design, const SectionComponents& parts) {
-    const Topology& topology = Topologies.at(static_cast<std::size_t>(design.topology));
+    const SectionCircuit& circuit = CircuitOf(design.topology);
     if (design.numSections < 1 || design.numSections > MaxSections) {
         throw std::out_of_range("SpiceNetlist: section count out of range");
     }
@@ -267,14 +140,14 @@ std::string SpiceNetlist(const SpiceDesign& design, const SectionComponents& par
     const std::string last = "s" + std::to_string(n - 1);
 
     std::string s = TitleLine(design.title);
-    s += "* " + std::string(topology.name) + ", " + std::to_string(n) + " section" +
+    s += "* " + std::string(circuit.title) + ", " + std::to_string(n) + " section" +
          (n == 1 ? "" : "s") + " in cascade.\n";
     s += "* Nodes: the input in (a 1 V AC source), the output of section k is sk; " + last +
          " is the filter's output.\n";
     s += "* Inside a section: in, out, gnd, a, b, p (non-inverting input), m (inverting input).\n";
     s += "* Every op amp is the subcircuit opamp below.\n\n";
     s += OpAmpSubcircuit(design) + "\n";
-    for (int i = 0; i < n; ++i) s += SectionSubcircuit(topology, i, parts.Section(i)) + "\n";
+    for (int i = 0; i < n; ++i) s += SectionSubcircuit(circuit, i, parts.Section(i)) + "\n";
 
     s += "Vin in 0 dc 0 ac 1\n";
     for (int i = 0; i < n; ++i) {

@@ -1,5 +1,6 @@
 #include "render/QtCanvas.h"
 
+#include <QBrush>
 #include <QFont>
 #include <QGuiApplication>
 #include <QImage>
@@ -37,17 +38,18 @@ QFont LabelFont() {
 
 }  // namespace
 
-QtCanvas::QtCanvas(QImage& image, int penScale)
+QtCanvas::QtCanvas(QImage& image, int penScale, bool smoothLines)
     : painter_(&image),
       pen_(Qt::black, 1),
       textColour_(Qt::black),
       metrics_(LabelFont(), &image),
-      // At a ratio of 1 the raster engine puts a one-pixel line on the pixels right of and
-      // below its points already. Thicker device lines are centred on their points, so they
-      // go through the logical pixels' centres to cover the device pixels a fill would.
-      lineOffset_(image.devicePixelRatio() == 1.0 ? QPointF(0.0, 0.0) : QPointF(0.5, 0.5)),
+      // At a ratio of 1 the raster engine puts an aliased one-pixel line on the pixels right
+      // of and below its points already. Antialiased and thicker device lines are centred on
+      // their points, so they go through the pixels' centres to cover the pixels a fill would.
+      lineOffset_(image.devicePixelRatio() == 1.0 && !smoothLines ? QPointF(0.0, 0.0)
+                                                                  : QPointF(0.5, 0.5)),
       penScale_(penScale < 1 ? 1 : penScale) {
-    painter_.setRenderHint(QPainter::Antialiasing, false);
+    painter_.setRenderHint(QPainter::Antialiasing, smoothLines);
     painter_.setRenderHint(QPainter::TextAntialiasing, true);
     painter_.setFont(LabelFont());
     painter_.setPen(pen_);
@@ -81,6 +83,12 @@ void QtCanvas::TextOut(int x, int y, const std::string& text) {
 
 TextSize QtCanvas::TextExtent(const std::string& text) {
     return {metrics_.horizontalAdvance(QString::fromUtf8(text)), metrics_.height()};
+}
+
+void QtCanvas::Circle(int centreX, int centreY, int radius, bool filled) {
+    painter_.setBrush(filled ? QBrush(pen_.color()) : QBrush(Qt::NoBrush));
+    painter_.drawEllipse(QPointF(centreX, centreY) + lineOffset_, radius, radius);
+    painter_.setBrush(Qt::NoBrush);
 }
 
 void QtCanvas::FillRect(int left, int top, int right, int bottom, Rgb colour) {

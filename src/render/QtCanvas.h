@@ -1,6 +1,6 @@
-// The plot's Canvas over a QPainter: the window and the command line paint the same picture
-// into a QImage through it. Lines are drawn without antialiasing so every trace lands on the
-// pixels its mapping gives; text is antialiased for legibility.
+// The Canvas over a QPainter: the window and the command line paint the same plots and
+// schematics into a QImage through it. Plot lines are drawn without antialiasing so every
+// trace lands on the pixels its mapping gives; text is antialiased for legibility.
 #pragma once
 
 #include <QColor>
@@ -23,8 +23,9 @@ namespace nerivane {
 class QtCanvas final : public Canvas {
   public:
     // penScale widens every pen: traces drawn in the device pixels of a dense screen keep the
-    // weight of a logical pixel.
-    explicit QtCanvas(QImage& image, int penScale = 1);
+    // weight of a logical pixel. Smooth lines are antialiased (the schematics' slanted
+    // strokes); the plot keeps every line on the pixels its mapping gives.
+    explicit QtCanvas(QImage& image, int penScale = 1, bool smoothLines = false);
     QtCanvas(const QtCanvas&) = delete;
     QtCanvas& operator=(const QtCanvas&) = delete;
 
@@ -35,6 +36,7 @@ class QtCanvas final : public Canvas {
     void TextOut(int x, int y, const std::string& text) override;
     TextSize TextExtent(const std::string& text) override;
     void FillRect(int left, int top, int right, int bottom, Rgb colour) override;
+    void Circle(int centreX, int centreY, int radius, bool filled) override;
 
   private:
     QPainter painter_;

@@ -1,6 +1,6 @@
-// What the plot draws on: pens, lines, text and filled rectangles in integer pixel
-// coordinates (origin top left). The render layer implements it over a painter; tests record
-// the calls and check the pixels the plot lands on.
+// What the plot and the schematics draw on: pens, lines, circles, text and filled rectangles
+// in integer pixel coordinates (origin top left). The render layer implements it over a
+// painter, the SVG writer as vector elements; tests record the calls and check the pixels.
 #pragma once
 
 #include <cstdint>
@@ -32,6 +32,12 @@ class Canvas {
     virtual TextSize TextExtent(const std::string& text) = 0;
     // Fills the rectangle from (left, top) to (right, bottom), exclusive of the far edges.
     virtual void FillRect(int left, int top, int right, int bottom, Rgb colour) = 0;
+    // A circle in the current pen, its inside filled with the pen's colour when filled.
+    virtual void Circle(int centreX, int centreY, int radius, bool filled) = 0;
+    // Marks what is drawn until EndGroup as one item with a name and a description (a part's
+    // designator and exact value); a vector file keeps them, a picture has no use for them.
+    virtual void BeginGroup(const std::string& /*name*/, const std::string& /*description*/) {}
+    virtual void EndGroup() {}
 };
 
 }  // namespace nerivane

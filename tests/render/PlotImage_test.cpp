@@ -130,6 +130,9 @@ class TextBoxes : public Canvas {
         canvas_.TextOut(x, y, text);
     }
     TextSize TextExtent(const std::string& text) override { return canvas_.TextExtent(text); }
+    void Circle(int x, int y, int radius, bool filled) override {
+        canvas_.Circle(x, y, radius, filled);
+    }
     void FillRect(int left, int top, int right, int bottom, Rgb colour) override {
         canvas_.FillRect(left, top, right, bottom, colour);
     }

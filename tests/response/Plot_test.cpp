@@ -49,6 +49,7 @@ class RecordingCanvas : public Canvas {
         x_ = x;
         y_ = y;
     }
+    void Circle(int, int, int, bool) override { ADD_FAILURE() << "the plot draws no circles"; }
     void SetTextColour(Rgb colour) override { textColour_ = colour; }
     void TextOut(int x, int y, const std::string& text) override {
         texts.push_back({x, y, text, textColour_, TextExtent(text)});

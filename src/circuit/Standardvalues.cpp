@@ -19,6 +19,16 @@ const std::array<double, StdValueGridSize> StdValueGrid = {
 };
 // clang-format on
 
+const char* SeriesName(const ToleranceClass& toleranceClass) {
+    switch (toleranceClass.stride) {
+        case 16: return "E6";
+        case 8: return "E12";
+        case 4: return "E24";
+        case 2: return "E24 halves";
+        default: return "E24 quarters";
+    }
+}
+
 const ToleranceClass* ToleranceClassOf(int percent) {
     for (const ToleranceClass& c : ToleranceClasses) {
         if (c.percent == percent) return &c;

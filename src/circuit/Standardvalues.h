@@ -26,6 +26,10 @@ inline constexpr std::array<ToleranceClass, 5> ToleranceClasses = {{
     {1, 0.01, 1},
 }};
 
+// The series' name: "E6", "E12", "E24", and for 2 % and 1 % the E24 series with one or
+// three interpolated values between neighbours, "E24 halves" and "E24 quarters".
+const char* SeriesName(const ToleranceClass& toleranceClass);
+
 // The class of a percentage (1, 2, 5, 10 or 20), or nullptr.
 const ToleranceClass* ToleranceClassOf(int percent);
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/Buildoutputs.h"
 #include "app/Calculationdriver.h"
 #include "app/Controlstates.h"
 #include "app/Initializevars.h"
@@ -17,6 +18,7 @@
 #include "files/Filesaveread.h"
 #include "numerics/Matherrmain.h"
 #include "numerics/MessageSink.h"
+#include "render/SchematicImage.h"
 
 namespace nerivane::cli {
 namespace {
@@ -83,6 +85,8 @@ const char* const ValueOptions[][2] = {
     {"--csv", "Write the traces as CSV to FILE, or - for standard output"},
     {"--spice", "Write a SPICE netlist of the cascade to FILE, or - for standard output"},
     {"--plot", "Draw the plot into FILE (.png or .bmp)"},
+    {"--schematic", "Draw the cascade's schematic into FILE (.svg or .png)"},
+    {"--bom", "Write the parts list as CSV to FILE, or - for standard output"},
     {"--save", "Save the design file FILE (.kq_opamp), as File > Save As does"},
     {"--width", "Width of the plot image in pixels (default 800)"},
     {"--height", "Height of the plot image in pixels (default 500)"},
@@ -183,7 +187,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
 
     try {
         const bool anyOutput = report || options.Has("--json") || options.Has("--csv") ||
-                               options.Has("--spice") || options.Has("--plot");
+                               options.Has("--spice") || options.Has("--plot") ||
+                               options.Has("--schematic") || options.Has("--bom");
         if (report || !anyOutput) out << ReportText(*results);
         if (options.Has("--json"))
             WriteText(options.Get("--json"), ResultJson(outcome).dump(2) + "\n", out, "JSON");
@@ -191,6 +196,12 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         if (options.Has("--spice"))
             WriteText(options.Get("--spice"), SpiceText(state, *results, settings), out, "SPICE");
         if (plot) plot->Save(options.Get("--plot"));
+        if (options.Has("--schematic"))
+            SaveSchematic(DesignSchematic(state, *results, ProposedFileName(state)),
+                          options.Get("--schematic"));
+        if (options.Has("--bom"))
+            WriteText(options.Get("--bom"),
+                      PartsListCsv(DesignPartsList(state, *results, settings)), out, "parts list");
         if (options.Has("--save") && !WriteDesignFile(options.Get("--save"), state))
             throw std::runtime_error(SaveFailedMessage);
     } catch (const std::exception& e) {

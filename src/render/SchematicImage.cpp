@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "files/Atomicwrite.h"
+#include "render/OffscreenGui.h"
 #include "render/QtCanvas.h"
 #include "response/SvgCanvas.h"
 
@@ -54,6 +55,8 @@ void SaveSchematic(const Schematic& schematic, const std::string& path) {
     if (EndsWith(path, ".svg")) return Write(path, SchematicSvg(schematic));
     if (!EndsWith(path, ".png"))
         throw std::runtime_error("The schematic file \"" + path + "\" must end in .svg or .png.");
+    // Text needs a GUI application; without a window it runs on the offscreen platform.
+    EnsureGuiApplication();
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);

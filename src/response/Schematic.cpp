@@ -362,7 +362,7 @@ Schematic CascadeSchematic(int topology, const SectionComponents& parts, int num
     schematic.ports.push_back({previousOutput, "out"});
     const int rows = (sections + SectionsPerRow - 1) / SectionsPerRow;
     schematic.extent = {LeftMargin + std::min(sections, SectionsPerRow) * columnWidth,
-                        TitleHeight + rows * rowHeight};
+                        TitleHeight + rows * rowHeight - RowGap};
     return schematic;
 }
 

@@ -76,7 +76,7 @@ void SvgCanvas::SetTextColour(Rgb colour) {
 }
 
 void SvgCanvas::TextOut(int x, int y, const std::string& text) {
-    body_ += "<text" + Attribute("x", x) + Attribute("y", y + Ascent) + " fill=\"" +
+    body_ += "<text" + Attribute("x", x) + Attribute("y", y + Ascent) + " stroke=\"none\" fill=\"" +
              Colour(textColour_) + "\">" + Escaped(text) + "</text>\n";
 }
 

@@ -7,10 +7,13 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <sstream>
 
 #include "numerics/Polymain.h"
+#include "numerics/Sivalue.h"
 
 namespace nerivane::cli {
 namespace {
@@ -257,6 +260,64 @@ TEST(Cli, PlotIsWrittenAsPngOrBmp) {
 }
 
 // A design saved by the command line opens again with every box as it was.
+std::string FileText(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+// Elements the netlist places in the section subcircuits: resistors, capacitors, op amps.
+int PlacedElements(const std::string& netlist) {
+    std::istringstream lines(netlist);
+    std::string line;
+    bool inSection = false;
+    int count = 0;
+    while (std::getline(lines, line)) {
+        if (line.starts_with(".subckt section")) inSection = true;
+        if (line.starts_with(".ends")) inSection = false;
+        if (inSection && (line[0] == 'R' || line[0] == 'C' || line.starts_with("Xopamp"))) ++count;
+    }
+    return count;
+}
+
+// Every part value the JSON reports is on the schematic, and the parts list has one row per
+// element the netlist places, each under its own designator.
+TEST(Cli, SchematicAndPartsListCoverEveryPartOfTheDesign) {
+    const std::string svg = ::testing::TempDir() + "nerivane_schematic.svg";
+    for (const char* topology :
+         {"vcvs-lpf", "mfb-lpf", "vcvs-hpf", "mfb-hpf", "vcvs-bpf", "mfb-bpf", "notch"}) {
+        for (const char* poles : {"3", "4"}) {
+            const std::vector<std::string> design = {"--topology", topology,   "--poles",   poles,
+                                                     "--mode",     "standard", "--gain-db", "6"};
+            std::vector<std::string> args = design;
+            args.insert(args.end(), {"--schematic", svg});
+            const nlohmann::json result = JsonOf(args);
+            const std::string drawing = FileText(svg);
+            for (const nlohmann::json& section : result["components"]) {
+                for (const auto& [role, value] : section.items()) {
+                    const double v = value.get<double>();
+                    if (!(v > 0.0 && v < 1e47)) continue;
+                    EXPECT_NE(drawing.find("(exact " + ExactText(v) + " "), std::string::npos)
+                        << topology << " " << poles << " poles: " << role << " = " << v;
+                }
+            }
+            args = design;
+            args.insert(args.end(), {"--bom", "-"});
+            const std::string bom = RunWith(args).out;
+            args = design;
+            args.insert(args.end(), {"--spice", "-"});
+            const int rows = static_cast<int>(std::count(bom.begin(), bom.end(), '\n')) - 1;
+            EXPECT_EQ(rows, PlacedElements(RunWith(args).out)) << topology << " " << poles;
+            std::istringstream lines(bom);
+            std::set<std::string> designators;
+            std::string line;
+            while (std::getline(lines, line)) designators.insert(line.substr(0, line.find(',')));
+            EXPECT_EQ(static_cast<int>(designators.size()), rows + 1) << bom;
+        }
+    }
+}
+
 TEST(Cli, SaveThenOpenGivesTheSameDesign) {
     const std::string path = ::testing::TempDir() + "nerivane_cli_design.kq_opamp";
     const std::vector<std::string> design = {

@@ -171,6 +171,10 @@ std::array<SectionCircuit, TopologyCount> BuildCircuits() {
         InvertingStage("MFB band pass", "MFB_BPF.bmp",
                        {"R1", V::R1, "R2", V::R2, "C2", V::C2, "R3", V::R3, "C1", V::C1});
     circuits[VcvsNotch] = Notch();
+    constexpr const char* HelpPages[TopologyCount] = {"VCVS_LPF.md", "MFB_LPF.md",  "VCVS_HPF.md",
+                                                      "MFB_HPF.md",  "VCVS_BPF.md", "MFB_BPF.md",
+                                                      "NOTCH.md"};
+    for (int t = 0; t < TopologyCount; ++t) circuits[t].helpPage = HelpPages[t];
     return circuits;
 }
 

@@ -97,6 +97,7 @@ inline constexpr int MaxNodeWires = 5;
 struct SectionCircuit {
     const char* title;        // "VCVS low pass (Sallen-Key)"
     const char* pictureName;  // the circuit picture's file name, "VCVS_LPF.bmp"
+    const char* helpPage;     // its help page's, "VCVS_LPF.md"
     CircuitPart parts[MaxCircuitParts];
     int partCount = 0;
     OpAmpPins opAmp;

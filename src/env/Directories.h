@@ -10,6 +10,8 @@
 namespace nerivane {
 
 inline constexpr const char* RunTimeFilesFolder = "RunTime Files";
+inline constexpr const char* HelpFilesFolder = "Help Files";
+inline constexpr const char* ProgramHelpFile = "Program Help.md";
 inline constexpr const char* ReinstallMessage =
     "Error. The RunTime Files directory is missing. \nYou must reinstall the program. \nThe "
     "application will be closed.";

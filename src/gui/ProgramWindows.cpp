@@ -2,8 +2,11 @@
 
 #include "gui/AboutForm.h"
 #include "gui/CompSelectForm.h"
+#include "gui/DCBiasForm.h"
+#include "gui/HelpForm.h"
 #include "gui/MathErrForm.h"
 #include "gui/OptionsForm.h"
+#include "gui/SchematicForm.h"
 
 namespace nerivane {
 
@@ -12,9 +15,12 @@ ProgramWindows CreateProgramWindows() {
     windows.topForm = std::make_unique<TTopForm>();
     TTopForm* top = windows.topForm.get();
     windows.dialogs.compSelect = new TCompSelectForm(top);
+    windows.dialogs.help = new THelpForm(top);
     windows.dialogs.mathErr = new TMathErrForm(top);
+    windows.dialogs.dcBias = new TDCBiasForm(top);
     windows.dialogs.options = new TOptionsForm(top);
     windows.dialogs.about = new TAboutForm(top);
+    windows.dialogs.schematic = new TSchematicForm(top);
     top->AttachDialogs(windows.dialogs);
     return windows;
 }

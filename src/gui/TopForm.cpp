@@ -18,9 +18,12 @@
 #include "app/Initializevars.h"
 #include "gui/AboutForm.h"
 #include "gui/CompSelectForm.h"
+#include "gui/DCBiasForm.h"
+#include "gui/HelpForm.h"
 #include "gui/MathErrForm.h"
 #include "gui/OptionsForm.h"
 #include "gui/QtMessageSink.h"
+#include "gui/SchematicForm.h"
 #include "gui/TopFormWidgets.h"
 
 namespace nerivane {
@@ -74,6 +77,8 @@ void TTopForm::AttachDialogs(const Dialogs& dialogs) {
             &TTopForm::CalcButtonClick);
     connect(dialogs_.options, &TOptionsForm::Applied, this, &TTopForm::CalcButtonClick);
     InstallMathErrorLog(dialogs_.mathErr);
+    if (dialogs_.schematic != nullptr)
+        connect(dialogs_.schematic, &TSchematicForm::Opened, this, &TTopForm::ShowSchematics);
 }
 
 void TTopForm::showEvent(QShowEvent* event) {
@@ -88,6 +93,7 @@ void TTopForm::showEvent(QShowEvent* event) {
 
 void TTopForm::FormShow() {
     state_ = DefaultDesignState();
+    LoadRunTimeFiles();
     ReadSettingsFile();
     if (!startupDesign_.empty()) {
         // A file named on the command line that is not there is reported, not searched for.
@@ -115,7 +121,9 @@ void TTopForm::FormClose() {
     // The secondary windows end with the main one, so closing it ends the program.
     for (QWidget* dialog :
          {static_cast<QWidget*>(dialogs_.compSelect), static_cast<QWidget*>(dialogs_.options),
-          static_cast<QWidget*>(dialogs_.about), static_cast<QWidget*>(dialogs_.mathErr)}) {
+          static_cast<QWidget*>(dialogs_.about), static_cast<QWidget*>(dialogs_.mathErr),
+          static_cast<QWidget*>(dialogs_.help), static_cast<QWidget*>(dialogs_.dcBias),
+          static_cast<QWidget*>(dialogs_.schematic)}) {
         if (dialog != nullptr) dialog->close();
     }
 }

@@ -17,6 +17,7 @@
 #include "app/Referencedesign.h"
 #include "app/Updownfunctions.h"
 #include "circuit/Componentsettings.h"
+#include "circuit/Sectioncircuits.h"
 #include "env/Directories.h"
 #include "files/Settingsfile.h"
 #include "response/Plot.h"
@@ -29,8 +30,11 @@ namespace nerivane {
 class QtMessageSink;
 class TAboutForm;
 class TCompSelectForm;
+class TDCBiasForm;
+class THelpForm;
 class TMathErrForm;
 class TOptionsForm;
+class TSchematicForm;
 struct TopFormBoxes;
 struct TopFormWidgets;
 
@@ -48,6 +52,9 @@ class TTopForm final : public QMainWindow {
         TOptionsForm* options = nullptr;
         TAboutForm* about = nullptr;
         TMathErrForm* mathErr = nullptr;
+        THelpForm* help = nullptr;
+        TDCBiasForm* dcBias = nullptr;
+        TSchematicForm* schematic = nullptr;
     };
     void AttachDialogs(const Dialogs& dialogs);
 
@@ -90,6 +97,7 @@ class TTopForm final : public QMainWindow {
     // it was.
     bool OpenDesignFile(std::string path);
     bool SaveCircuitValuesTo(const std::string& path);
+    bool SavePartsListTo(const std::string& path);
     bool SavePlotBitmapTo(const std::string& path);
     void PrintWindow(QPrinter& printer);
     void SetReferenceButtonClick();
@@ -115,6 +123,12 @@ class TTopForm final : public QMainWindow {
     void RedrawPlot();
     void ShowResults();
     void ShowCapacitorBoxColours();
+    // The circuit pictures, and the folders the help viewer and schematic view read from.
+    void LoadRunTimeFiles();
+    const QImage& CircuitPictureOf(int topology) const;
+    // The help viewer follows the circuit; the schematic view shows the design as calculated.
+    void UpdateAuxiliaryWindows();
+    void ShowSchematics();
     void CapacitorEntered(Capacitor which);
     void ShowReadout();
     bool StepByWheel(QObject* box, int angleDelta, bool coarse);
@@ -146,6 +160,8 @@ class TTopForm final : public QMainWindow {
     // by running the analysis again once resizing stops.
     QTimer worstCaseRedraw_;
 
+    // One picture per circuit, loaded at start; a missing file leaves its picture empty.
+    std::array<QImage, TopologyCount> circuitPictures_;
     ProgramDirectories directories_;
     std::string startupDesign_;
     std::string designFile_;  // the current design's file, empty until saved or opened

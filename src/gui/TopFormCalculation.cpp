@@ -78,6 +78,7 @@ void TTopForm::Calculate(bool singlePass) {
     w.bitMap->SetImage(std::move(image_));
     ShowResults();
     ShowReadout();
+    UpdateAuxiliaryWindows();
     if (longRun) QGuiApplication::restoreOverrideCursor();
 }
 

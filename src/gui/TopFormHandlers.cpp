@@ -11,7 +11,10 @@
 #include "gui/AboutForm.h"
 #include "gui/CapacitorEntry.h"
 #include "gui/CompSelectForm.h"
+#include "gui/DCBiasForm.h"
+#include "gui/HelpForm.h"
 #include "gui/OptionsForm.h"
+#include "gui/SchematicForm.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
 
@@ -67,12 +70,27 @@ void TTopForm::ConnectHandlers() {
     connect(w.autoScaleCheckBox, &QCheckBox::clicked, this, &TTopForm::CalcButtonClick);
 
     const auto file = [this](QObject* sender) { return [this, sender] { FileMenuClick(sender); }; };
-    for (QAction* item :
-         {w.fileOpenMenu, w.fileSaveMenu, w.fileSaveAsMenu, w.saveCircuitValuesMenu,
-          w.savePlotBitmapMenu, w.printScreenMenu, w.exitMenu, w.componentsMenu, w.dcBiasToolMenu,
-          w.graphPositionReadOutMenu, w.valueAtFrquencyReadOutMenu, w.dBMagMenu, w.linearMagMenu,
-          w.phaseMenu, w.hilbertPhaseMenu, w.thresholdMenu, w.circuitInfoMenu, w.programInfoMenu,
-          w.aboutMenu})
+    for (QAction* item : {w.fileOpenMenu,
+                          w.fileSaveMenu,
+                          w.fileSaveAsMenu,
+                          w.saveCircuitValuesMenu,
+                          w.savePartsListMenu,
+                          w.schematicMenu,
+                          w.savePlotBitmapMenu,
+                          w.printScreenMenu,
+                          w.exitMenu,
+                          w.componentsMenu,
+                          w.dcBiasToolMenu,
+                          w.graphPositionReadOutMenu,
+                          w.valueAtFrquencyReadOutMenu,
+                          w.dBMagMenu,
+                          w.linearMagMenu,
+                          w.phaseMenu,
+                          w.hilbertPhaseMenu,
+                          w.thresholdMenu,
+                          w.circuitInfoMenu,
+                          w.programInfoMenu,
+                          w.aboutMenu})
         connect(item, &QAction::triggered, this, file(item));
     for (QAction* item : w.prevFileMenus) connect(item, &QAction::triggered, this, file(item));
     connect(w.toleranceButton, &QPushButton::clicked, this, file(w.toleranceButton));
@@ -188,6 +206,16 @@ void TTopForm::FileMenuClick(QObject* sender) {
         ShowWindow(dialogs_.options);
     } else if (sender == w.aboutMenu) {
         ShowWindow(dialogs_.about);
+    } else if (sender == w.dcBiasToolMenu) {
+        ShowWindow(dialogs_.dcBias);
+    } else if (sender == w.schematicMenu) {
+        ShowWindow(dialogs_.schematic);
+    } else if (sender == w.circuitInfoMenu) {
+        if (dialogs_.help != nullptr)
+            dialogs_.help->ShowCircuitInfo(state_.TopologyIndex,
+                                           CircuitPictureOf(state_.TopologyIndex));
+    } else if (sender == w.programInfoMenu) {
+        if (dialogs_.help != nullptr) dialogs_.help->ShowProgramInfo();
     } else if (sender == w.exitMenu) {
         close();
     } else if (sender == w.fileSaveMenu) {
@@ -206,6 +234,11 @@ void TTopForm::FileMenuClick(QObject* sender) {
             this, QStringLiteral("Save Coefficients to File:"),
             QString::fromStdString(directories_.currentDir), QStringLiteral("Text Files (*.txt)"));
         if (!path.isEmpty()) SaveCircuitValuesTo(WithSuffix(path, "txt"));
+    } else if (sender == w.savePartsListMenu) {
+        const QString path = QFileDialog::getSaveFileName(
+            this, QStringLiteral("Save Parts List to File:"),
+            QString::fromStdString(directories_.currentDir), QStringLiteral("CSV Files (*.csv)"));
+        if (!path.isEmpty()) SavePartsListTo(WithSuffix(path, "csv"));
     } else if (sender == w.savePlotBitmapMenu) {
         const QString path = QFileDialog::getSaveFileName(
             this, QStringLiteral("Save Bitmap to File:"),

@@ -34,6 +34,7 @@ void BuildFileMenu(QMenuBar& bar, TopFormWidgets& w) {
     w.fileSaveMenu = NewItem(menu, "FileSaveMenu", "Save Design File");
     w.fileSaveAsMenu = NewItem(menu, "FileSaveAsMenu", "Save As  Design File");
     w.saveCircuitValuesMenu = NewItem(menu, "SaveCircuitValuesMenu", "Save Circuit Values");
+    w.savePartsListMenu = NewItem(menu, "SavePartsListMenu", "Save Parts List");
     menu.addSeparator();
     w.savePlotBitmapMenu = NewItem(menu, "SavePlotBitmapMenu", "Save Plot Bitmap");
     w.printScreenMenu = NewItem(menu, "PrintScreenMenu", "Print Screen");
@@ -81,6 +82,7 @@ void BuildToolMenus(QMenuBar& bar, TopFormWidgets& w) {
     QMenu& parts = *NewMenu(bar, "PartsMenu", "Parts  ");
     w.componentsMenu = NewItem(parts, "ComponentsMenu", "Components");
     w.dcBiasToolMenu = NewItem(parts, "DCBiasToolMenu", "DC Bias Tool");
+    w.schematicMenu = NewItem(parts, "SchematicMenu", "Schematic");
 
     QMenu& plot = *NewMenu(bar, "PlotOptionsMenu", "Plot Options");
     w.graphPositionReadOutMenu =

@@ -92,12 +92,14 @@ struct TopFormWidgets {
     QAction* fileSaveMenu;
     QAction* fileSaveAsMenu;
     QAction* saveCircuitValuesMenu;
+    QAction* savePartsListMenu;
     QAction* savePlotBitmapMenu;
     QAction* printScreenMenu;
     std::array<QAction*, 4> prevFileMenus;
     QAction* exitMenu;
     QAction* componentsMenu;
     QAction* dcBiasToolMenu;
+    QAction* schematicMenu;
     QAction* graphPositionReadOutMenu;
     QAction* valueAtFrquencyReadOutMenu;
     QAction* dBMagMenu;

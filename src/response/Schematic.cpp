@@ -32,6 +32,7 @@ constexpr int ZigzagPeaks = 6;
 constexpr double PlateGap = 0.5;
 constexpr double PlateHalfWidth = 0.9;
 constexpr double LabelClearance = 1.0;
+constexpr double SideLabelClearance = 1.3;  // beside a vertical part, clear of its plates
 constexpr double PortRadius = 0.3;
 constexpr double DotRadius = 0.25;
 
@@ -199,8 +200,8 @@ void DrawLabel(Pen& pen, const SchematicPart& part, Pixel middle) {
     for (const auto& [text, colour] : lines) {
         const double width = pen.Extent(text).width;
         double left = middle.x - width / 2;
-        if (part.label == LabelSide::Left) left = middle.x - clearance - width;
-        if (part.label == LabelSide::Right) left = middle.x + clearance;
+        if (part.label == LabelSide::Left) left = middle.x - SideLabelClearance * Unit - width;
+        if (part.label == LabelSide::Right) left = middle.x + SideLabelClearance * Unit;
         pen.Text({left, top}, text, colour);
         top += lineHeight;
     }

@@ -188,14 +188,15 @@ TEST_F(TopFormTest, MenusListTheirItemsInOrder) {
     // clang-format off
     const std::vector<std::pair<QString, QStringList>> menus = {
         {"File  ",        {"Open Design File", "Save Design File", "Save As  Design File",
-                           "Save Circuit Values", "", "Save Plot Bitmap", "Print Screen", "",
+                           "Save Circuit Values", "Save Parts List", "", "Save Plot Bitmap",
+                           "Print Screen", "",
                            "", "", "", "", "", "Exit"}},
         {"Circuit  ",     {"VCVS Low Pass", "MFB Low Pass", "VCVS High Pass", "MFB High Pass",
                            "VCVS Band Pass", "MFB Band Pass", "VCVS Notch"}},
         {"Response F5  ", {"Adjustable Gauss", "Butterworth", "Chebyshev", "Gaussian", "Bessel",
                            "", "Papoulis"}},
         {"Sweep F7 ",     {"Linear", "Two Octaves", "Three Octaves", "One Decade", "Two Decades"}},
-        {"Parts  ",       {"Components", "DC Bias Tool"}},
+        {"Parts  ",       {"Components", "DC Bias Tool", "Schematic"}},
         {"Plot Options",  {"Graph Position Read Out", "Value at Frequency Read Out", "", "dB Mag",
                            "Linear Mag", "", "Phase", "Hilbert Phase", "",
                            "Phase Plot Threshold"}},

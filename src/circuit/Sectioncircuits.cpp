@@ -194,6 +194,14 @@ GridPath PathThrough(std::initializer_list<GridPoint> points) {
     return path;
 }
 
+std::string RoleOf(const CircuitPart& part) {
+    return std::string(part.name, 2);
+}
+
+bool IsSecondPart(const CircuitPart& part) {
+    return part.name[2] != '\0';
+}
+
 const char* NodeName(Node node) {
     switch (node) {
         case Node::In: return "in";

@@ -91,6 +91,12 @@ struct OpAmpPlacement {
     GridPoint OutputPin() const { return {inputsMiddle.x + 6, inputsMiddle.y}; }
 };
 
+// The part's role, the stored value it takes ("C1" for both C1 of a band pass), as the report
+// and the parts list name it.
+std::string RoleOf(const CircuitPart& part);
+// The second of two parts that take the same value ("C1b").
+bool IsSecondPart(const CircuitPart& part);
+
 inline constexpr int MaxCircuitParts = 7;
 inline constexpr int MaxNodeWires = 5;
 

@@ -31,7 +31,7 @@ PartsListRow PartRow(const PartsListDesign& design, const SectionCircuit& circui
     PartsListRow row;
     row.designator = Designator(circuit, index, section);
     row.section = section;
-    row.role = std::string(part.name).substr(0, 2);
+    row.role = RoleOf(part);
     row.kind = resistor ? "resistor" : "capacitor";
     row.printed = PrintedValue(part, values);
     const bool placed = ConditionOf(part, values).state == PartState::Placed;

@@ -45,17 +45,6 @@ GridPath Shifted(GridPath path, GridPoint by) {
     return path;
 }
 
-// The name the report gives a part: the second C1 of a band pass is a C1 too.
-std::string ReportName(const CircuitPart& part) {
-    std::string name = part.name;
-    if (name.size() > 2 && name.back() == 'b') name.pop_back();
-    return name;
-}
-
-bool IsSecondCopy(const CircuitPart& part) {
-    return std::string(part.name).size() > 2;
-}
-
 int RoleNumber(const CircuitPart& part) {
     return part.name[1] - '0';
 }
@@ -73,7 +62,7 @@ void AddSection(Schematic& schematic, const SectionCircuit& circuit, int section
         SchematicPart drawn{};
         drawn.name = naming == Naming::Designators
                          ? Designator(circuit, static_cast<int>(i), section)
-                         : ReportName(part);
+                         : RoleOf(part);
         drawn.exactValue = std::numeric_limits<double>::quiet_NaN();
         if (values) {
             drawn.value = PrintedValue(part, *values);
@@ -280,14 +269,14 @@ std::string Designator(const SectionCircuit& circuit, int partIndex, int section
     const std::span<const CircuitPart> parts = circuit.Parts();
     const CircuitPart& part = parts[static_cast<std::size_t>(partIndex)];
     int number = RoleNumber(part);
-    if (IsSecondCopy(part)) {
+    if (IsSecondPart(part)) {
         // After the highest role number of its kind, in the order the copies come.
         int highest = 0;
         int copiesBefore = 0;
         for (std::size_t i = 0; i < parts.size(); ++i) {
             if (parts[i].kind != part.kind) continue;
-            if (!IsSecondCopy(parts[i])) highest = std::max(highest, RoleNumber(parts[i]));
-            if (IsSecondCopy(parts[i]) && static_cast<int>(i) < partIndex) ++copiesBefore;
+            if (!IsSecondPart(parts[i])) highest = std::max(highest, RoleNumber(parts[i]));
+            if (IsSecondPart(parts[i]) && static_cast<int>(i) < partIndex) ++copiesBefore;
         }
         number = highest + 1 + copiesBefore;
     }

@@ -14,7 +14,7 @@ CircuitPart Part(const char* name, PartValue value, Node from, Node to, GridPath
                  int symbolSegment, LabelSide label) {
     const PartKind kind =
         value == PartValue::C1 || value == PartValue::C2 ? PartKind::Capacitor : PartKind::Resistor;
-    return {name, kind, value, from, to, WhenOpen::LeftOut, false, {path, symbolSegment, label}};
+    return {name, kind, value, from, to, false, {path, symbolSegment, label}};
 }
 
 void Add(SectionCircuit& circuit, const CircuitPart& part) {
@@ -155,8 +155,7 @@ std::array<SectionCircuit, TopologyCount> BuildCircuits() {
     circuits[VcvsHighPass] =
         NonInvertingStage("VCVS high pass (Sallen-Key, equal capacitors)", "VCVS_HPF.bmp",
                           {"C1", V::C1, "C2", V::C2, "R2", V::R2, "R1", V::R1, "R3", V::R3});
-    // A first-order high pass has no series capacitor: its marker stands for a wire.
-    circuits[VcvsHighPass].parts[0].whenOpen = WhenOpen::Wire;
+    circuits[VcvsHighPass].parts[0].wiredWhenR1Open = true;
     circuits[MfbHighPass] =
         InvertingStage("MFB high pass", "MFB_HPF.bmp",
                        {"C1", V::C1, "R1", V::R1, "C1b", V::C1, "R2", V::R2, "C2", V::C2});
@@ -238,9 +237,7 @@ PartCondition ConditionOf(const CircuitPart& part, const WorkingComponents& valu
     const double value = ValueOf(values, part.value);
     if (part.wiredWhenR1Open && values.R1 >= NotUsedThreshold) return {PartState::Wire, "R1 open"};
     if (std::isnan(value)) return {PartState::NoValue, "has no value"};
-    if (value >= NotUsedThreshold)
-        return part.whenOpen == WhenOpen::Wire ? PartCondition{PartState::Wire, "not used"}
-                                               : PartCondition{PartState::LeftOut, "open"};
+    if (value >= NotUsedThreshold) return {PartState::LeftOut, "open"};
     // Negative values mark parts the topology lacks.
     if (value < 0.0) return {PartState::Absent, "absent"};
     if (value == 0.0)

@@ -54,17 +54,14 @@ struct PartPlacement {
     LabelSide label = LabelSide::Above;
 };
 
-// What a part whose value is the open marker becomes.
-enum class WhenOpen : std::uint8_t { LeftOut, Wire };
-
 struct CircuitPart {
     const char* name;  // the element's name in the netlist: "R1", "C1b" for a second C1
     PartKind kind;
     PartValue value;
     Node from;
     Node to;
-    WhenOpen whenOpen = WhenOpen::LeftOut;
-    // The second C1 of the MFB high pass joins its nodes when R1 is open (first order).
+    // A first-order high pass has no R1; its series capacitor (the VCVS C1, the second MFB
+    // C1) then joins its nodes, whatever value it holds.
     bool wiredWhenR1Open = false;
     PartPlacement placement;
 };

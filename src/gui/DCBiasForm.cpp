@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPixmap>
 #include <QPushButton>
 #include <QShowEvent>
 #include <QVBoxLayout>
@@ -24,6 +25,7 @@
 #include "gui/WindowPlacement.h"
 #include "numerics/Formatfunctions.h"
 #include "numerics/Sivalue.h"
+#include "render/SchematicImage.h"
 
 namespace nerivane {
 
@@ -161,6 +163,10 @@ QGroupBox* NewCircuitGroup(QDialog& form, std::vector<QuantityBox>& circuitBoxes
                            std::size_t count, const std::function<void()>& solve) {
     auto* group = new QGroupBox(title, &form);
     const std::string name = stem;
+    auto* picture = NewNamed<QLabel>((name + "Picture").c_str(), QString(), group);
+    picture->setPixmap(QPixmap::fromImage(
+        RenderSchematic(BiasDividerPicture(count > 4), form.devicePixelRatioF())));
+    picture->setAlignment(Qt::AlignCenter);
     auto* captionLabel = NewNamed<QLabel>((name + "Caption").c_str(), caption, group);
     auto* boxes = new QFormLayout;
     for (std::size_t i = 0; i < count; ++i) {
@@ -185,6 +191,7 @@ QGroupBox* NewCircuitGroup(QDialog& form, std::vector<QuantityBox>& circuitBoxes
     result->setMinimumHeight(result->fontMetrics().lineSpacing() * 7);
 
     auto* layout = new QVBoxLayout(group);
+    layout->addWidget(picture);
     layout->addWidget(captionLabel);
     layout->addLayout(boxes);
     layout->addWidget(solveButton, 0, Qt::AlignRight);
@@ -218,13 +225,11 @@ TDCBiasForm::TDCBiasForm(QWidget* parent)
 
     QGroupBox* dividerGroup = NewCircuitGroup(
         *this, divider_->boxes, divider_->result, "Divider", QStringLiteral("Divider"),
-        QString::fromUtf8("Vs — R1 — tap (Vb) — R2 — ground\nVb = Vs · R2 / (R1 + R2)"), 4,
-        [this] { Solve(*divider_); });
+        QString::fromUtf8("Vb = Vs · R2 / (R1 + R2)"), 4, [this] { Solve(*divider_); });
     QGroupBox* decoupledGroup =
         NewCircuitGroup(*this, decoupled_->boxes, decoupled_->result, "Decoupled",
                         QStringLiteral("Divider with decoupling capacitor"),
-                        QString::fromUtf8("Vs — R1 — tap (Vb) — R2 and C — ground\n"
-                                          "fc = 1 / (2π · C · R1 ∥ R2); Vs and Vb always given"),
+                        QString::fromUtf8("fc = 1 / (2π · C · R1 ∥ R2); Vs and Vb always given"),
                         Quantities.size(), [this] { Solve(*decoupled_); });
 
     auto* closeButton = NewNamed<QPushButton>("CloseButton", QStringLiteral("Close"), this);

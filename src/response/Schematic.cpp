@@ -311,6 +311,34 @@ Schematic SectionSchematic(int topology, int section, const WorkingComponents& v
     return SingleSection(topology, section, &values, Naming::Report);
 }
 
+Schematic BiasDividerPicture(bool decoupled) {
+    const auto part = [](const char* name, PartKind kind, GridPath path, LabelSide label) {
+        SchematicPart drawn{};
+        drawn.name = name;
+        drawn.exactValue = std::numeric_limits<double>::quiet_NaN();
+        drawn.kind = kind;
+        drawn.path = path;
+        drawn.label = label;
+        return drawn;
+    };
+    Schematic schematic;
+    schematic.parts.push_back(
+        part("R1", PartKind::Resistor, PathThrough({{7, 2}, {7, 9}}), LabelSide::Left));
+    schematic.parts.push_back(
+        part("R2", PartKind::Resistor, PathThrough({{7, 9}, {7, 16}}), LabelSide::Left));
+    schematic.grounds.push_back({7, 16});
+    if (decoupled) {
+        schematic.parts.push_back(
+            part("C", PartKind::Capacitor, PathThrough({{12, 9}, {12, 15}}), LabelSide::Right));
+        schematic.grounds.push_back({12, 15});
+    }
+    schematic.wires.push_back(PathThrough({{7, 9}, {18, 9}}));
+    schematic.ports.push_back({{7, 2}, "Vs"});
+    schematic.ports.push_back({{18, 9}, "Vb"});
+    schematic.extent = {20, 18};
+    return schematic;
+}
+
 Schematic CascadeSchematic(int topology, const SectionComponents& parts, int numSections,
                            const std::string& title) {
     const SectionCircuit& circuit = CircuitOf(topology);

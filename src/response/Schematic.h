@@ -58,6 +58,10 @@ Schematic CircuitPicture(int topology);
 // One section as built with these values; parts named as the report names them.
 Schematic SectionSchematic(int topology, int section, const WorkingComponents& values);
 
+// The bias divider of a single-supply op amp: R1 from the supply Vs to the tap Vb, R2 from
+// the tap to ground and, decoupled, C from the tap to ground beside it.
+Schematic BiasDividerPicture(bool decoupled);
+
 // The cascade from input to output, sections in rows, designators unique across it and the
 // title above.
 Schematic CascadeSchematic(int topology, const SectionComponents& parts, int numSections,

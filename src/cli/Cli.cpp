@@ -143,6 +143,9 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         ApplyOptions(options, state, *boxes, settings);
         if (options.Has("--seed")) seed = SeedOption(options);
         plotSize = PlotSizeOption(options);
+        if (options.Has("--schematic") && !IsSchematicFileName(options.Get("--schematic")))
+            throw UsageError("--schematic: \"" + options.Get("--schematic") +
+                             "\" does not end in .svg or .png");
     } catch (const UsageError& e) {
         err << "nerivane-cli: " << e.what() << "\n";
         return 2;

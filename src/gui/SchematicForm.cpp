@@ -95,11 +95,9 @@ void TSchematicForm::SaveAs() {
     if (path.isEmpty()) return;
     // A name typed without an ending takes the chosen type's.
     const bool png = filter.contains(QStringLiteral("png"));
-    QString named = path;
-    if (!named.endsWith(QStringLiteral(".svg"), Qt::CaseInsensitive) &&
-        !named.endsWith(QStringLiteral(".png"), Qt::CaseInsensitive))
-        named += png ? QStringLiteral(".png") : QStringLiteral(".svg");
-    SaveCascadeTo(named.toStdString());
+    std::string named = path.toStdString();
+    if (!IsSchematicFileName(named)) named += png ? ".png" : ".svg";
+    SaveCascadeTo(named);
 }
 
 }  // namespace nerivane

@@ -51,6 +51,10 @@ std::string SchematicSvg(const Schematic& schematic) {
     return canvas.Document();
 }
 
+bool IsSchematicFileName(const std::string& path) {
+    return EndsWith(path, ".svg") || EndsWith(path, ".png");
+}
+
 void SaveSchematic(const Schematic& schematic, const std::string& path) {
     if (EndsWith(path, ".svg")) return Write(path, SchematicSvg(schematic));
     if (!EndsWith(path, ".png"))

@@ -66,6 +66,7 @@ TEST(Cli, UsageErrorsExitWithStatusTwoAndWriteNothing) {
         {{"--traces", "mag10,delay"}, "--traces"},
         {{"--mag", "log"}, "--mag"},
         {{"--phase", "unwrapped"}, "--phase"},
+        {{"--schematic", "filter.gif"}, "--schematic"},
     };
     for (const UsageCase& c : cases) {
         const CliRun run = RunWith(c.args);

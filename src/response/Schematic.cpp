@@ -49,7 +49,8 @@ int RoleNumber(const CircuitPart& part) {
     return part.name[1] - '0';
 }
 
-enum class Naming { Picture, Report, Designators };
+// Parts named by their role ("R1"), as the report names them, or by designator ("R101").
+enum class Naming { Roles, Designators };
 
 void AddSection(Schematic& schematic, const SectionCircuit& circuit, int section,
                 const WorkingComponents* values, GridPoint origin, Naming naming) {
@@ -90,16 +91,12 @@ void AddSection(Schematic& schematic, const SectionCircuit& circuit, int section
         {placement, naming == Naming::Designators ? OpAmpDesignator(section) : std::string()});
 }
 
-void AddPorts(Schematic& schematic, GridPoint input, GridPoint output) {
-    schematic.ports.push_back({input, "in"});
-    schematic.ports.push_back({output, "out"});
-}
-
 Schematic SingleSection(int topology, int section, const WorkingComponents* values, Naming naming) {
     const SectionCircuit& circuit = CircuitOf(topology);
     Schematic schematic;
     AddSection(schematic, circuit, section, values, {0, 0}, naming);
-    AddPorts(schematic, circuit.input, circuit.output);
+    schematic.ports.push_back({circuit.input, "in"});
+    schematic.ports.push_back({circuit.output, "out"});
     schematic.extent = circuit.extent;
     return schematic;
 }
@@ -304,11 +301,11 @@ std::string PrintedValue(const CircuitPart& part, const WorkingComponents& value
 }
 
 Schematic CircuitPicture(int topology) {
-    return SingleSection(topology, 0, nullptr, Naming::Picture);
+    return SingleSection(topology, 0, nullptr, Naming::Roles);
 }
 
 Schematic SectionSchematic(int topology, int section, const WorkingComponents& values) {
-    return SingleSection(topology, section, &values, Naming::Report);
+    return SingleSection(topology, section, &values, Naming::Roles);
 }
 
 Schematic BiasDividerPicture(bool decoupled) {

@@ -63,58 +63,16 @@ std::string SeriesCaption(std::size_t index) {
     return std::string(SeriesName(series)) + " (" + ToleranceCaption(series) + ")";
 }
 
-// Spaces go, a comma is a decimal point, either micro sign is u and the ohm sign is omega, so
-// that "4,7 µF" and "10 kΩ" read as ParseSiValue reads "4.7uF" and "10kΩ".
-std::string Normalised(const QString& text) {
-    QString plain;
-    for (const QChar c : text) {
-        if (c.isSpace()) continue;
-        if (c == QLatin1Char(',')) {
-            plain += QLatin1Char('.');
-        } else if (c == QChar(0x00B5) || c == QChar(0x03BC)) {
-            plain += QLatin1Char('u');
-        } else if (c == QChar(0x2126)) {
-            plain += QChar(0x03A9);
-        } else {
-            plain += c;
-        }
-    }
-    return plain.toStdString();
-}
-
 std::optional<double> ReadValue(const QString& text, const Quantity& quantity) {
-    const std::string plain = Normalised(text);
-    if (const std::optional<double> value = ParseSiValue(plain, quantity.unit)) return value;
-    if (quantity.unit == std::string_view("Ω")) return ParseSiValue(plain, "ohm");
+    const std::string typed = text.toStdString();
+    if (const std::optional<double> value = ParseTypedValue(typed, quantity.unit)) return value;
+    if (quantity.unit == std::string_view("Ω")) return ParseTypedValue(typed, "ohm");
     return std::nullopt;
 }
 
-// Four significant digits and an SI prefix, with no space and a point whatever the locale, so
-// that ReadValue reads the box back: FormatEngineering writes "6.67 kΩ", which it does not.
+// Four significant digits, which the boxes read back as they read typing.
 QString BoxText(double value, const char* unit) {
-    char buffer[40];
-    const auto written =
-        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::scientific, 3);
-    std::string text(buffer, written.ptr);  // "-d.ddde+XX"
-    const std::size_t e = text.find('e');
-    const int exponent = std::atoi(text.c_str() + e + 1);
-    const int engineering = exponent - ((exponent % 3) + 3) % 3;
-    static constexpr const char* Prefixes[] = {"f", "p", "n", "u", "m", "", "k", "M", "G"};
-    std::string number = text.substr(0, e);
-    std::string prefix;
-    if (engineering >= -15 && engineering <= 9) {
-        // Move the point right by up to two of the three decimals.
-        for (int shift = exponent - engineering; shift > 0; --shift) {
-            const std::size_t at = number.find('.');
-            std::swap(number[at], number[at + 1]);
-        }
-        prefix = Prefixes[(engineering + 15) / 3];
-    } else {
-        prefix = text.substr(e);
-    }
-    while (number.back() == '0') number.pop_back();
-    if (number.back() == '.') number.pop_back();
-    return QString::fromStdString(number + prefix + unit);
+    return QString::fromStdString(SiText(value, 4, unit));
 }
 
 QString ResultText(const BiasSolution& s, bool decoupled, const std::string& seriesName) {

@@ -1,8 +1,10 @@
 #include "numerics/Sivalue.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 
 namespace nerivane {
 namespace {
@@ -41,7 +43,71 @@ double ApplyExponent(std::string_view number, double value, int exponent) {
     return result;
 }
 
+// The UTF-8 sequences a person may type for what the parser reads as u and omega.
+constexpr std::string_view MicroSign = "\u00B5";
+constexpr std::string_view GreekMu = "\u03BC";
+constexpr std::string_view OhmSign = "\u2126";
+constexpr std::string_view Omega = "\u03A9";
+
+std::string Normalised(std::string_view text) {
+    std::string plain;
+    while (!text.empty()) {
+        if (text.starts_with(MicroSign) || text.starts_with(GreekMu)) {
+            plain.push_back('u');
+            text.remove_prefix(MicroSign.size());
+            continue;
+        }
+        if (text.starts_with(OhmSign)) {
+            plain += Omega;
+            text.remove_prefix(OhmSign.size());
+            continue;
+        }
+        const char c = text.front();
+        if (c == ',')
+            plain.push_back('.');
+        else if (c != ' ' && c != '\t')
+            plain.push_back(c);
+        text.remove_prefix(1);
+    }
+    return plain;
+}
+
 }  // namespace
+
+std::optional<double> ParseTypedValue(std::string_view text, std::string_view unit) {
+    return ParseSiValue(Normalised(text), unit);
+}
+
+std::string SiText(double value, int significantDigits, std::string_view unit) {
+    const int decimals = std::clamp(significantDigits, 1, 17) - 1;
+    char buffer[48];
+    const auto written = std::to_chars(buffer, buffer + sizeof buffer, value,
+                                       std::chars_format::scientific, decimals);
+    const std::string text(buffer, written.ptr);  // "-d.ddde+XX"
+    const std::size_t e = text.find('e');
+    const int exponent = std::atoi(text.c_str() + e + 1);
+    const int engineering = exponent - ((exponent % 3) + 3) % 3;
+    static constexpr const char* Prefixes[] = {"f", "p", "n", "u", "m", "", "k", "M", "G"};
+    std::string number = text.substr(0, e);
+    std::string prefix = text.substr(e);
+    if (engineering >= -15 && engineering <= 9) {
+        // The point moves right by the exponent's excess over its multiple of three.
+        std::string digits = number;
+        const std::size_t point = digits.find('.');
+        if (point != std::string::npos) digits.erase(point, 1);
+        const std::size_t first = digits.find_first_of("0123456789");
+        const std::size_t integer = first + 1 + static_cast<std::size_t>(exponent - engineering);
+        while (digits.size() < integer) digits.push_back('0');
+        number = digits.substr(0, integer);
+        if (integer < digits.size()) number += "." + digits.substr(integer);
+        prefix = Prefixes[(engineering + 15) / 3];
+    }
+    if (number.find('.') != std::string::npos) {
+        while (number.back() == '0') number.pop_back();
+        if (number.back() == '.') number.pop_back();
+    }
+    return number + prefix + std::string(unit);
+}
 
 std::optional<double> ParseSiValue(std::string_view text, std::string_view unit) {
     const char* begin = text.data();

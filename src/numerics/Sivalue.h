@@ -13,6 +13,15 @@ namespace nerivane {
 // unit that matches unit (letter case ignored).
 std::optional<double> ParseSiValue(std::string_view text, std::string_view unit);
 
+// A value as a person types it into a box: blanks are dropped, a comma is a decimal point,
+// either micro sign reads as u and the ohm sign as omega ("0,022 µF", "10 kΩ").
+std::optional<double> ParseTypedValue(std::string_view text, std::string_view unit);
+
+// The value with significantDigits digits and an SI prefix, no blank and a point whatever the
+// locale ("6.667kΩ"), so that ParseSiValue reads it back; beyond the prefixes f to G it takes
+// an exponent ("1e-16F").
+std::string SiText(double value, int significantDigits, std::string_view unit);
+
 // A double written so the box parser reads back exactly the same value.
 std::string ExactText(double value);
 

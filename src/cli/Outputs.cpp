@@ -1,10 +1,10 @@
 #include "cli/Outputs.h"
 
-#include <fstream>
 #include <stdexcept>
 
 #include "circuit/Spiceexport.h"
 #include "cli/Names.h"
+#include "files/Atomicwrite.h"
 #include "numerics/Mathfunctions.h"
 #include "numerics/Sivalue.h"
 
@@ -23,10 +23,8 @@ void WriteText(const std::string& path, const std::string& text, std::ostream& o
         out << text;
         return;
     }
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    file << text;
-    file.close();
-    if (!file)
+    // A failed write leaves the file that was there untouched.
+    if (!WriteFileAtomically(path, text))
         throw std::runtime_error(std::string("Cannot write the ") + what + " file \"" + path +
                                  "\".");
 }

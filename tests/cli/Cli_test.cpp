@@ -295,17 +295,19 @@ TEST(Cli, SchematicAndPartsListCoverEveryPartOfTheDesign) {
             args.insert(args.end(), {"--schematic", svg});
             const nlohmann::json result = JsonOf(args);
             const std::string drawing = FileText(svg);
+            args = design;
+            args.insert(args.end(), {"--bom", "-"});
+            const std::string bom = RunWith(args).out;
             for (const nlohmann::json& section : result["components"]) {
                 for (const auto& [role, value] : section.items()) {
                     const double v = value.get<double>();
                     if (!(v > 0.0 && v < 1e47)) continue;
                     EXPECT_NE(drawing.find("(exact " + ExactText(v) + " "), std::string::npos)
                         << topology << " " << poles << " poles: " << role << " = " << v;
+                    EXPECT_NE(bom.find("," + ExactText(v) + ","), std::string::npos)
+                        << topology << " " << poles << " poles: " << role << " = " << v;
                 }
             }
-            args = design;
-            args.insert(args.end(), {"--bom", "-"});
-            const std::string bom = RunWith(args).out;
             args = design;
             args.insert(args.end(), {"--spice", "-"});
             const int rows = static_cast<int>(std::count(bom.begin(), bom.end(), '\n')) - 1;

@@ -191,7 +191,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     try {
         const bool anyOutput = report || options.Has("--json") || options.Has("--csv") ||
                                options.Has("--spice") || options.Has("--plot") ||
-                               options.Has("--schematic") || options.Has("--bom");
+                               options.Has("--schematic") || options.Has("--bom") ||
+                               options.Has("--save");
         if (report || !anyOutput) out << ReportText(*results);
         if (options.Has("--json"))
             WriteText(options.Get("--json"), ResultJson(outcome).dump(2) + "\n", out, "JSON");

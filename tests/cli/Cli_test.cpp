@@ -329,7 +329,9 @@ TEST(Cli, SaveThenOpenGivesTheSameDesign) {
         "--cap-tol",  "5",         "--res-tol",  "2",         "--opamp", "3M,22"};
     std::vector<std::string> saving = design;
     saving.insert(saving.end(), {"--save", path});
-    ASSERT_EQ(RunWith(saving).status, 0);
+    const CliRun saved = RunWith(saving);
+    ASSERT_EQ(saved.status, 0);
+    EXPECT_EQ(saved.out, "");  // saving is an output: no report besides
     nlohmann::json original = JsonOf(design);
     nlohmann::json reopened = JsonOf({"--open", path});
     EXPECT_EQ(reopened["design"], original["design"]);

@@ -238,19 +238,20 @@ PartCondition ConditionOf(const CircuitPart& part, const WorkingComponents& valu
     if (part.wiredWhenR1Open && values.R1 >= NotUsedThreshold) return {PartState::Wire, "R1 open"};
     if (std::isnan(value)) return {PartState::NoValue, "has no value"};
     if (value >= NotUsedThreshold) return {PartState::LeftOut, "open"};
-    // Negative values mark parts the topology lacks.
-    if (value < 0.0) return {PartState::Absent, "absent"};
+    // The absent marker names a part the section lacks; any other negative value is one the
+    // formulas could not make real.
+    if (value <= -NotUsedThreshold) return {PartState::Absent, "absent"};
+    if (value < 0.0 || (part.kind == PartKind::Resistor && IsFailMarker(value)))
+        return {PartState::NoSolution, "no real solution"};
     if (value == 0.0)
         return part.kind == PartKind::Resistor ? PartCondition{PartState::Wire, "= 0"}
                                                : PartCondition{PartState::LeftOut, "= 0"};
-    if (part.kind == PartKind::Resistor && IsFailMarker(value))
-        return {PartState::NoSolution, "no real solution"};
     return {PartState::Placed, ""};
 }
 
 bool SectionHasFailed(const WorkingComponents& values) {
     for (const double r : {values.R1, values.R2, values.R3, values.R4})
-        if (std::isnan(r) || IsFailMarker(r)) return true;
+        if (std::isnan(r) || IsFailMarker(r) || (r < 0.0 && r > -NotUsedThreshold)) return true;
     return false;
 }
 

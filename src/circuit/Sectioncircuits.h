@@ -133,7 +133,7 @@ enum class PartState : std::uint8_t {
     Placed,      // a part with this value
     Wire,        // joins its nodes (a 0-ohm resistor, an unused series capacitor)
     LeftOut,     // open: not fitted
-    NoSolution,  // the value calculation found no real value; the stored number stands
+    NoSolution,  // no real, positive value was found; the stored number stands
     NoValue,     // not a number: cannot be fitted
     Absent,      // marked as a part this section does not have
 };
@@ -145,7 +145,7 @@ struct PartCondition {
 
 PartCondition ConditionOf(const CircuitPart& part, const WorkingComponents& values);
 
-// True when any resistor of the section has no real value.
+// True when any resistor of the section has no real, positive value.
 bool SectionHasFailed(const WorkingComponents& values);
 
 }  // namespace nerivane

@@ -321,6 +321,20 @@ TEST(Cli, SchematicAndPartsListCoverEveryPartOfTheDesign) {
     }
 }
 
+// A band pass whose resonator asks for a negative R2 cannot be built: the parts list and the
+// netlist say so rather than leave the part out.
+TEST(Cli, APartWithoutARealValueIsReportedNotLeftOut) {
+    const std::vector<std::string> design = {"--topology", "mfb-bpf", "--poles",   "1",    "--f0",
+                                             "1k",         "--bw",    "1k",        "--c1", "10n",
+                                             "--c2",       "10n",     "--gain-db", "20"};
+    std::vector<std::string> args = design;
+    args.insert(args.end(), {"--bom", "-"});
+    EXPECT_NE(RunWith(args).out.find("R102,0,R2,resistor,no solution,"), std::string::npos);
+    args = design;
+    args.insert(args.end(), {"--spice", "-"});
+    EXPECT_NE(RunWith(args).out.find("have no real solution"), std::string::npos);
+}
+
 TEST(Cli, SaveThenOpenGivesTheSameDesign) {
     const std::string path = ::testing::TempDir() + "nerivane_cli_design.kq_opamp";
     const std::vector<std::string> design = {

@@ -111,13 +111,16 @@ void ApplyTraces(const Options& options, DesignState& state) {
 
 void OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
                 ComponentSettings& settings) {
-    switch (ReadDesignFile(path, state)) {
+    const OpenResult opened = ReadDesignFile(path, state);
+    switch (opened.outcome) {
         case OpenOutcome::Opened: break;
         case OpenOutcome::Missing: throw std::runtime_error(MissingFileMessage + path);
         case OpenOutcome::WrongExtension:
             throw std::runtime_error("\"" + path + "\" is not a design file (." +
                                      DesignFileExtension + ").");
         case OpenOutcome::Incompatible: throw std::runtime_error(IncompatibleFileMessage);
+        case OpenOutcome::Unreadable:
+            throw std::runtime_error(UnreadableFileMessage(path, opened.reason));
     }
     const RecordControls controls = ControlsFromRecord(state);
     boxes.numPoles.Type(controls.numPoles);

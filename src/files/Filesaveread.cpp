@@ -2,12 +2,12 @@
 
 #include <cmath>
 #include <cstring>
-#include <fstream>
 #include <iterator>
 #include <string_view>
 
 #include "app/Initializevars.h"
 #include "files/Atomicwrite.h"
+#include "files/Regularfiles.h"
 
 namespace nerivane {
 namespace {
@@ -118,23 +118,31 @@ void SanitizeDesignRecord(DesignState& s) {
     StampFormatVersion(s);
 }
 
-OpenOutcome ReadDesignFile(const std::string& path, DesignState& state) {
+OpenResult ReadDesignFile(const std::string& path, DesignState& state) {
     const std::string extension = std::string(".") + DesignFileExtension;
     if (path.size() < extension.size() ||
         path.compare(path.size() - extension.size(), extension.size(), extension) != 0)
-        return OpenOutcome::WrongExtension;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return OpenOutcome::Missing;
-    unsigned char bytes[sizeof(DesignState)];
-    file.read(reinterpret_cast<char*>(bytes), sizeof bytes);
-    const auto count = static_cast<std::size_t>(file.gcount());
-    // One byte more than a record means a longer file, which is not ours either.
-    const bool longer = count == sizeof bytes && file.peek() != std::char_traits<char>::eof();
+        return {OpenOutcome::WrongExtension, ""};
+    const FileContents file = ReadRegularFile(path, sizeof(DesignState));
+    switch (file.status) {
+        case ReadStatus::Read: break;
+        case ReadStatus::Missing: return {OpenOutcome::Missing, file.reason};
+        // A longer file is not ours either.
+        case ReadStatus::TooLarge: return {OpenOutcome::Incompatible, file.reason};
+        case ReadStatus::NotAFile:
+        case ReadStatus::Unreadable: return {OpenOutcome::Unreadable, file.reason};
+    }
     DesignState scratch = state;
-    if (longer || !ValidateDesignBytes(bytes, count, scratch)) return OpenOutcome::Incompatible;
+    if (!ValidateDesignBytes(reinterpret_cast<const unsigned char*>(file.bytes.data()),
+                             file.bytes.size(), scratch))
+        return {OpenOutcome::Incompatible, ""};
     SanitizeDesignRecord(scratch);
     state = scratch;
-    return OpenOutcome::Opened;
+    return {OpenOutcome::Opened, ""};
+}
+
+std::string UnreadableFileMessage(const std::string& path, const std::string& reason) {
+    return "Open File operation failed: \"" + path + "\": " + reason + ".";
 }
 
 std::string ProposedFileName(const DesignState& state) {

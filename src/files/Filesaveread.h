@@ -31,10 +31,19 @@ bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignSt
 // the next calculation can run.
 void SanitizeDesignRecord(DesignState& state);
 
-enum class OpenOutcome { Opened, Missing, WrongExtension, Incompatible };
+enum class OpenOutcome { Opened, Missing, WrongExtension, Incompatible, Unreadable };
 
-// Reads path into state when it is a valid design file; state is changed only then.
-OpenOutcome ReadDesignFile(const std::string& path, DesignState& state);
+struct OpenResult {
+    OpenOutcome outcome;
+    std::string reason;  // why an unreadable file could not be read
+};
+
+// Reads path into state when it is a valid design file; state is changed only then. Only a
+// regular file is read, so a pipe or a device named as a design never blocks.
+OpenResult ReadDesignFile(const std::string& path, DesignState& state);
+
+// "Open File operation failed: "path": Permission denied."
+std::string UnreadableFileMessage(const std::string& path, const std::string& reason);
 
 // "4 Pole Butterworth MFB LPF": what Save As proposes for the design.
 std::string ProposedFileName(const DesignState& state);

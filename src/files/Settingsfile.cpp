@@ -103,4 +103,9 @@ void RemoveRecentFile(std::array<std::string, RecentFileCount>& recent, const st
     }
 }
 
+std::string UnreadableSettingsMessage(const std::string& path, const std::string& reason) {
+    return "The settings file \"" + path + "\" cannot be read (" + reason +
+           "); the program starts with its defaults.";
+}
+
 }  // namespace nerivane

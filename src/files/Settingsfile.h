@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -32,6 +33,12 @@ std::vector<std::string> ApplySettingsText(
 inline constexpr const char* InvalidIdentifierMessage =
     "Error on INI File Read function. \nHave an invalid identifier.";
 inline constexpr const char* IncompleteSettingsMessage = "Incomplete ini File";
+// A settings file is a few hundred bytes; anything much larger is not one.
+inline constexpr std::size_t MaxSettingsFileBytes = 1 << 20;
+
+// A settings file that is there but cannot be read (a folder, a pipe, no permission): the
+// program starts with its defaults and says so once.
+std::string UnreadableSettingsMessage(const std::string& path, const std::string& reason);
 
 // A saved or opened design goes to the top; an entry with the same file name (in any folder)
 // leaves the list first, so no title appears twice.

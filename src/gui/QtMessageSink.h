@@ -1,4 +1,5 @@
-// The core's modal messages as message boxes over the main window.
+// The core's modal messages as message boxes over the main window, or on standard error where
+// there is no screen to show them on.
 #pragma once
 
 #include <QWidget>

@@ -2,9 +2,8 @@
 // its controls, and which box the keys step.
 #include "gui/TopForm.h"
 
-#include <filesystem>
-
 #include "files/Filesaveread.h"
+#include "files/Regularfiles.h"
 #include "numerics/MessageSink.h"
 
 #include <QApplication>
@@ -97,7 +96,7 @@ void TTopForm::FormShow() {
     ReadSettingsFile();
     if (!startupDesign_.empty()) {
         // A file named on the command line that is not there is reported, not searched for.
-        if (std::filesystem::exists(startupDesign_))
+        if (!IsMissing(startupDesign_))
             OpenDesignFile(startupDesign_);
         else
             Messages().ShowMessage(MissingFileMessage + startupDesign_, "Nerivane");

@@ -6,14 +6,12 @@
 #include <QPainter>
 #include <QPrinter>
 #include <QSignalBlocker>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include "app/Initializevars.h"
 #include "app/Recordcontrols.h"
 #include "files/Atomicwrite.h"
 #include "files/Filesaveread.h"
+#include "files/Regularfiles.h"
 #include "gui/CompSelectForm.h"
 #include "gui/OptionsForm.h"
 #include "gui/TopForm.h"
@@ -26,10 +24,6 @@ namespace nerivane {
 namespace {
 
 const QString DesignFilter = QStringLiteral("Design Files (*.kq_opamp)");
-
-bool Exists(const std::string& path) {
-    return !path.empty() && std::filesystem::exists(path);
-}
 
 std::string WithExtension(std::string path, const char* extension) {
     const std::string ending = std::string(".") + extension;
@@ -50,12 +44,14 @@ void TTopForm::ReadSettingsFile() {
     programSettings_.versionText = VersionText(state_);
     if (directories_.userFilesDir.empty()) return;
     const std::string path = directories_.userFilesDir + "/" + SettingsFileName;
-    std::ifstream file(path, std::ios::binary);
-    if (!file) return;  // a first start: the defaults stand
-    const std::string text((std::istreambuf_iterator<char>(file)),
-                           std::istreambuf_iterator<char>());
+    const FileContents file = ReadRegularFile(path, MaxSettingsFileBytes);
+    if (file.status == ReadStatus::Missing) return;  // a first start: the defaults stand
+    if (file.status != ReadStatus::Read) {
+        Messages().ShowMessage(UnreadableSettingsMessage(path, file.reason), "Error");
+        return;
+    }
     for (const std::string& message :
-         ApplySettingsText(text, programSettings_, [](const std::string& p) { return Exists(p); }))
+         ApplySettingsText(file.bytes, programSettings_, IsRegularFile))
         Messages().ShowMessage(message, "Error");
     TopFormWidgets& w = *widgets_;
     w.samplingFreqBox->setText(QString::fromStdString(programSettings_.samplingFrequencyText));
@@ -115,7 +111,7 @@ void TTopForm::SaveAs() {
 }
 
 bool TTopForm::OpenDesignFile(std::string path) {
-    if (!path.empty() && !Exists(path)) {
+    if (!path.empty() && IsMissing(path)) {
         Messages().ShowMessage(MissingFileMessage + path, "Nerivane");
         RemoveRecentFile(programSettings_.recentFiles, path);
         ShowRecentFiles();
@@ -129,9 +125,13 @@ bool TTopForm::OpenDesignFile(std::string path) {
         if (path.empty()) return false;
     }
     DesignState opened = state_;
-    switch (ReadDesignFile(path, opened)) {
+    const OpenResult result = ReadDesignFile(path, opened);
+    switch (result.outcome) {
         case OpenOutcome::Opened: break;
         case OpenOutcome::WrongExtension: return false;  // not a design: nothing happens
+        case OpenOutcome::Unreadable:
+            Messages().ShowMessage(UnreadableFileMessage(path, result.reason), "Nerivane");
+            return false;
         case OpenOutcome::Missing:
         case OpenOutcome::Incompatible:
             Messages().ShowMessage(IncompatibleFileMessage, "Nerivane");

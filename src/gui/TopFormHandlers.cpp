@@ -6,8 +6,8 @@
 #include <QPrintDialog>
 #include <QPrinter>
 #include <algorithm>
-#include <filesystem>
 
+#include "files/Regularfiles.h"
 #include "gui/AboutForm.h"
 #include "gui/CapacitorEntry.h"
 #include "gui/CompSelectForm.h"
@@ -219,7 +219,7 @@ void TTopForm::FileMenuClick(QObject* sender) {
     } else if (sender == w.exitMenu) {
         close();
     } else if (sender == w.fileSaveMenu) {
-        if (!designFile_.empty() && std::filesystem::exists(designFile_))
+        if (!IsMissing(designFile_))
             SaveDesignTo(designFile_);
         else
             SaveAs();

@@ -70,7 +70,7 @@ TEST_F(DesignFiles, EveryFieldSurvivesSaveAndOpenByteForByte) {
     ASSERT_TRUE(WriteDesignFile(Path("a.kq_opamp"), saved));
     EXPECT_EQ(fs::file_size(Path("a.kq_opamp")), 2016u);
     DesignState opened = DefaultDesignState();
-    ASSERT_EQ(ReadDesignFile(Path("a.kq_opamp"), opened), OpenOutcome::Opened);
+    ASSERT_EQ(ReadDesignFile(Path("a.kq_opamp"), opened).outcome, OpenOutcome::Opened);
     EXPECT_EQ(std::memcmp(&opened, &saved, sizeof saved), 0);
 }
 
@@ -108,7 +108,8 @@ TEST_F(DesignFiles, RejectionsLeaveTheDesignUntouched) {
         WriteBytes(Path("r.kq_opamp"), bytes.data(), bytes.size());
         const DesignState before = DefaultDesignState();
         DesignState design = before;
-        EXPECT_EQ(ReadDesignFile(Path("r.kq_opamp"), design), OpenOutcome::Incompatible) << c.what;
+        EXPECT_EQ(ReadDesignFile(Path("r.kq_opamp"), design).outcome, OpenOutcome::Incompatible)
+            << c.what;
         EXPECT_EQ(std::memcmp(&design, &before, sizeof design), 0) << c.what;
     }
 }
@@ -120,7 +121,7 @@ TEST_F(DesignFiles, OlderVersionsAndTheShorterFormatOpen) {
         record.VersionMinor = minor;
         WriteBytes(Path("v.kq_opamp"), &record, sizeof record);
         DesignState design = DefaultDesignState();
-        EXPECT_EQ(ReadDesignFile(Path("v.kq_opamp"), design), OpenOutcome::Opened)
+        EXPECT_EQ(ReadDesignFile(Path("v.kq_opamp"), design).outcome, OpenOutcome::Opened)
             << major << "." << minor;
     }
     DesignState older = Unusual();
@@ -128,7 +129,7 @@ TEST_F(DesignFiles, OlderVersionsAndTheShorterFormatOpen) {
     WriteBytes(Path("old.kq_opamp"), &older, 1248);
     DesignState design = DefaultDesignState();
     design.Sections.NumS0[19] = 7.5;  // beyond the older record's end: keeps its value
-    ASSERT_EQ(ReadDesignFile(Path("old.kq_opamp"), design), OpenOutcome::Opened);
+    ASSERT_EQ(ReadDesignFile(Path("old.kq_opamp"), design).outcome, OpenOutcome::Opened);
     EXPECT_EQ(design.F0, older.F0);
     EXPECT_EQ(design.SectionC2[19], older.SectionC2[19]);
     EXPECT_EQ(design.Sections.NumS0[19], 7.5);
@@ -138,8 +139,8 @@ TEST_F(DesignFiles, OlderVersionsAndTheShorterFormatOpen) {
 TEST_F(DesignFiles, OnlyTheExactExtensionIsReadAndMissingFilesSaySo) {
     DesignState design = DefaultDesignState();
     WriteDesignFile(Path("a.KQ_OPAMP"), Unusual());
-    EXPECT_EQ(ReadDesignFile(Path("a.KQ_OPAMP"), design), OpenOutcome::WrongExtension);
-    EXPECT_EQ(ReadDesignFile(Path("none.kq_opamp"), design), OpenOutcome::Missing);
+    EXPECT_EQ(ReadDesignFile(Path("a.KQ_OPAMP"), design).outcome, OpenOutcome::WrongExtension);
+    EXPECT_EQ(ReadDesignFile(Path("none.kq_opamp"), design).outcome, OpenOutcome::Missing);
     EXPECT_EQ(design.F0, 5000.0);
 }
 
@@ -154,7 +155,7 @@ TEST_F(DesignFiles, FailedSavesLeaveTheOldFileWhole) {
     EXPECT_FALSE(WriteDesignFile("/proc/nerivane.kq_opamp", old));
     EXPECT_FALSE(WriteDesignFile(Path("missing/x.kq_opamp"), old));
     DesignState design = DefaultDesignState();
-    ASSERT_EQ(ReadDesignFile(Path("keep.kq_opamp"), design), OpenOutcome::Opened);
+    ASSERT_EQ(ReadDesignFile(Path("keep.kq_opamp"), design).outcome, OpenOutcome::Opened);
     EXPECT_EQ(std::memcmp(&design, &old, sizeof old), 0);
     for (const auto& entry : fs::directory_iterator(folder))  // no half-written leftovers
         EXPECT_EQ(entry.path().string().find(".saving-"), std::string::npos);
@@ -177,7 +178,7 @@ TEST_F(DesignFiles, ASaveKilledHalfWayLeavesAWholeFile) {
         int status = 0;
         ::waitpid(child, &status, 0);
         DesignState design = DefaultDesignState();
-        ASSERT_EQ(ReadDesignFile(path, design), OpenOutcome::Opened) << attempt;
+        ASSERT_EQ(ReadDesignFile(path, design).outcome, OpenOutcome::Opened) << attempt;
         const bool isOld = std::memcmp(&design, &oldDesign, sizeof design) == 0;
         const bool isNew = std::memcmp(&design, &newDesign, sizeof design) == 0;
         EXPECT_TRUE(isOld || isNew) << attempt;

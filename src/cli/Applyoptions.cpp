@@ -182,10 +182,11 @@ ImageSize PlotSizeOption(const Options& options) {
         if (!options.Has(option)) return;
         const std::string& text = options.Get(option);
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-        if (error != std::errc() || end != text.data() + text.size() || value < 64 ||
-            value > 10000) {
+        if (error != std::errc() || end != text.data() + text.size() || value < MinImageSide ||
+            value > MaxImageSide) {
             throw UsageError(std::string(option) + ": \"" + text +
-                             "\" is not a whole number of pixels from 64 to 10000");
+                             "\" is not a whole number of pixels from " +
+                             std::to_string(MinImageSide) + " to " + std::to_string(MaxImageSide));
         }
     };
     read("--width", size.width);

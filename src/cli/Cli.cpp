@@ -88,8 +88,8 @@ const char* const ValueOptions[][2] = {
     {"--schematic", "Draw the cascade's schematic into FILE (.svg or .png)"},
     {"--bom", "Write the parts list as CSV to FILE, or - for standard output"},
     {"--save", "Save the design file FILE (.kq_opamp), as File > Save As does"},
-    {"--width", "Width of the plot image in pixels (default 800)"},
-    {"--height", "Height of the plot image in pixels (default 500)"},
+    {"--width", "Width of the plot image in pixels, 64 to 4000 (default 800)"},
+    {"--height", "Height of the plot image in pixels, 64 to 4000 (default 500)"},
 };
 
 // The dB magnitude range met at each point over the runs.
@@ -111,9 +111,17 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     bool report = false;
     app.add_flag("--report", report, "Write the circuit values report to standard output");
 
-    std::vector<std::string> reversed(args.rbegin(), args.rend() - (args.empty() ? 0 : 1));
+    // As a program's arguments, so that a message lists them in the order they were given.
+    std::vector<const char*> argv;
+    for (const std::string& arg : args) argv.push_back(arg.c_str());
     try {
-        app.parse(reversed);
+        app.parse(static_cast<int>(argv.size()), argv.data());
+    } catch (const CLI::ExtrasError&) {
+        // The parser lists what it could not place last first; say it in the order typed.
+        std::string extras;
+        for (const std::string& extra : app.remaining()) extras += " " + extra;
+        err << "nerivane-cli: not an option or a value of one:" << extras << "\n";
+        return 2;
     } catch (const CLI::CallForHelp&) {
         out << app.help();
         return 0;
@@ -143,6 +151,9 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         ApplyOptions(options, state, *boxes, settings);
         if (options.Has("--seed")) seed = SeedOption(options);
         plotSize = PlotSizeOption(options);
+        if (options.Has("--plot") && !IsPlotFileName(options.Get("--plot")))
+            throw UsageError("--plot: \"" + options.Get("--plot") +
+                             "\" does not end in .png or .bmp");
         if (options.Has("--schematic") && !IsSchematicFileName(options.Get("--schematic")))
             throw UsageError("--schematic: \"" + options.Get("--schematic") +
                              "\" does not end in .svg or .png");
@@ -193,7 +204,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
                                options.Has("--spice") || options.Has("--plot") ||
                                options.Has("--schematic") || options.Has("--bom") ||
                                options.Has("--save");
-        if (report || !anyOutput) out << ReportText(*results);
+        if (report || !anyOutput) WriteText("-", ReportText(*results), out, "report");
         if (options.Has("--json"))
             WriteText(options.Get("--json"), ResultJson(outcome).dump(2) + "\n", out, "JSON");
         if (options.Has("--csv")) WriteText(options.Get("--csv"), CsvText(*results), out, "CSV");
@@ -206,8 +217,12 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         if (options.Has("--bom"))
             WriteText(options.Get("--bom"),
                       PartsListCsv(DesignPartsList(state, *results, settings)), out, "parts list");
-        if (options.Has("--save") && !WriteDesignFile(options.Get("--save"), state))
-            throw std::runtime_error(SaveFailedMessage);
+        if (options.Has("--save")) {
+            const std::string path = WithDesignExtension(options.Get("--save"));
+            std::string reason;
+            if (!WriteDesignFile(path, state, &reason))
+                throw std::runtime_error(SaveFailedText(path, reason));
+        }
     } catch (const std::exception& e) {
         err << "nerivane-cli: " << e.what() << "\n";
         return 1;

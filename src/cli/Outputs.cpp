@@ -1,5 +1,7 @@
 #include "cli/Outputs.h"
 
+#include <cerrno>
+#include <cstring>
 #include <stdexcept>
 
 #include "circuit/Spiceexport.h"
@@ -20,13 +22,21 @@ std::string Cell(double value) {
 void WriteText(const std::string& path, const std::string& text, std::ostream& out,
                const char* what) {
     if (path == "-") {
+        // A full disk or a closed standard output shows only once the stream is flushed.
+        errno = 0;
         out << text;
+        out.flush();
+        if (!out)
+            throw std::runtime_error(std::string("Cannot write the ") + what +
+                                     " to standard output: " + std::strerror(errno ? errno : EIO) +
+                                     ".");
         return;
     }
     // A failed write leaves the file that was there untouched.
-    if (!WriteFileAtomically(path, text))
+    std::string reason;
+    if (!WriteFileAtomically(path, text, &reason))
         throw std::runtime_error(std::string("Cannot write the ") + what + " file \"" + path +
-                                 "\".");
+                                 "\": " + reason + ".");
 }
 
 std::string ReportText(const DesignResults& results) {

@@ -1,6 +1,7 @@
 #include "cli/Plotoutput.h"
 
 #include <QImage>
+#include <QString>
 #include <stdexcept>
 
 #include "render/ImageFiles.h"
@@ -28,9 +29,21 @@ void PlotOutput::DrawRun(const PlotView& view, const Traces& traces, bool withGr
     PaintPlot(image_->picture, view, traces, nullptr, withGrid);
 }
 
+namespace {
+
+bool EndsWith(const std::string& path, const char* ending) {
+    const std::string lower = QString::fromStdString(path).toLower().toStdString();
+    return lower.ends_with(ending);
+}
+
+}  // namespace
+
+bool IsPlotFileName(const std::string& path) {
+    return EndsWith(path, ".png") || EndsWith(path, ".bmp");
+}
+
 void PlotOutput::Save(const std::string& path) const {
-    const bool bitmap = path.size() >= 4 && (path.ends_with(".bmp") || path.ends_with(".BMP"));
-    if (bitmap) {
+    if (EndsWith(path, ".bmp")) {
         SaveBmp(image_->picture, path);
     } else {
         SavePng(image_->picture, path);

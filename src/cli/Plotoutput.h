@@ -11,6 +11,10 @@
 
 namespace nerivane::cli {
 
+// True when the name ends in .png or .bmp (in any letter case): the formats the plot is
+// written in.
+bool IsPlotFileName(const std::string& path);
+
 class PlotOutput {
   public:
     explicit PlotOutput(ImageSize size);

@@ -8,7 +8,9 @@
 
 namespace nerivane {
 
-// True when path now holds exactly these bytes; false (and the old file untouched) otherwise.
-bool WriteFileAtomically(const std::string& path, std::string_view bytes);
+// True when path now holds exactly these bytes; false (and the old file untouched) otherwise,
+// with the system's words for what went wrong in reason when it is given.
+bool WriteFileAtomically(const std::string& path, std::string_view bytes,
+                         std::string* reason = nullptr);
 
 }  // namespace nerivane

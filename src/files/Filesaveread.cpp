@@ -61,9 +61,19 @@ std::int32_t Flag(std::int32_t value) {
 
 }  // namespace
 
-bool WriteDesignFile(const std::string& path, const DesignState& state) {
+bool WriteDesignFile(const std::string& path, const DesignState& state, std::string* reason) {
     const auto* bytes = reinterpret_cast<const char*>(&state);
-    return WriteFileAtomically(path, std::string_view(bytes, sizeof state));
+    return WriteFileAtomically(path, std::string_view(bytes, sizeof state), reason);
+}
+
+std::string SaveFailedText(const std::string& path, const std::string& reason) {
+    return std::string(SaveFailedMessage) + "\n\"" + path + "\": " + reason + ".";
+}
+
+std::string WithDesignExtension(const std::string& path) {
+    const std::string ending = std::string(".") + DesignFileExtension;
+    if (path.ends_with(ending)) return path;
+    return path + ending;
 }
 
 bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignState& scratch) {

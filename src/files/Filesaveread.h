@@ -18,8 +18,17 @@ inline constexpr const char* IncompatibleFileMessage =
 inline constexpr const char* MissingFileMessage = "This file doesn't exist. \n\n";
 inline constexpr std::size_t OlderRecordSize = 1248;
 
-// Writes the record as it stands; false when the file could not be written completely.
-bool WriteDesignFile(const std::string& path, const DesignState& state);
+// Writes the record as it stands; false when the file could not be written completely, with
+// the system's words in reason when it is given.
+bool WriteDesignFile(const std::string& path, const DesignState& state,
+                     std::string* reason = nullptr);
+
+// The save-failure message followed by the file and why: "Save File operation failed.
+// "path": No space left on device."
+std::string SaveFailedText(const std::string& path, const std::string& reason);
+
+// The name with the design file's extension, added when it has none (as the save dialog does).
+std::string WithDesignExtension(const std::string& path);
 
 // Checks bytes read from a design file and, when they are valid, lays them over scratch (which
 // starts as a copy of the design on screen: an older, shorter file leaves the later fields as

@@ -46,8 +46,9 @@ void TTopForm::ShowSchematics() {
 
 bool TTopForm::SavePartsListTo(const std::string& path) {
     const std::string text = PartsListCsv(DesignPartsList(state_, *results_, settings_));
-    if (WriteFileAtomically(path, text)) return true;
-    Messages().ShowMessage(SaveFailedMessage, SaveFailedCaption);
+    std::string reason;
+    if (WriteFileAtomically(path, text, &reason)) return true;
+    Messages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
     return false;
 }
 

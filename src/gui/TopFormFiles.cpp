@@ -25,14 +25,6 @@ namespace {
 
 const QString DesignFilter = QStringLiteral("Design Files (*.kq_opamp)");
 
-std::string WithExtension(std::string path, const char* extension) {
-    const std::string ending = std::string(".") + extension;
-    if (path.size() < ending.size() ||
-        path.compare(path.size() - ending.size(), ending.size(), ending) != 0)
-        path += ending;
-    return path;
-}
-
 }  // namespace
 
 void TTopForm::SetStartup(const ProgramDirectories& directories, const std::string& designFile) {
@@ -92,8 +84,9 @@ std::string TTopForm::DesignName() const {
 }
 
 bool TTopForm::SaveDesignTo(const std::string& path) {
-    if (!WriteDesignFile(path, state_)) {
-        Messages().ShowMessage(SaveFailedMessage, SaveFailedCaption);
+    std::string reason;
+    if (!WriteDesignFile(path, state_, &reason)) {
+        Messages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
         designFile_.clear();
         return false;
     }
@@ -107,7 +100,7 @@ void TTopForm::SaveAs() {
         ProposedFileName(state_) + "." + DesignFileExtension);
     const QString chosen = QFileDialog::getSaveFileName(
         this, QStringLiteral("Save Design to File:"), proposed, DesignFilter);
-    if (!chosen.isEmpty()) SaveDesignTo(WithExtension(chosen.toStdString(), DesignFileExtension));
+    if (!chosen.isEmpty()) SaveDesignTo(WithDesignExtension(chosen.toStdString()));
 }
 
 bool TTopForm::OpenDesignFile(std::string path) {
@@ -166,8 +159,9 @@ bool TTopForm::SaveCircuitValuesTo(const std::string& path) {
     std::string text = std::string(ReportOrderNote) + "\n" + ReportOvershootNote + "\n";
     text += widgets_->memo->toPlainText().toStdString();
     if (!text.empty() && text.back() != '\n') text += "\n";
-    if (WriteFileAtomically(path, text)) return true;
-    Messages().ShowMessage(SaveFailedMessage, SaveFailedCaption);
+    std::string reason;
+    if (WriteFileAtomically(path, text, &reason)) return true;
+    Messages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
     return false;
 }
 
@@ -175,8 +169,8 @@ bool TTopForm::SavePlotBitmapTo(const std::string& path) {
     try {
         SaveBmp(widgets_->bitMap->Image(), path);
         return true;
-    } catch (const std::exception&) {
-        Messages().ShowMessage(SaveFailedMessage, SaveFailedCaption);
+    } catch (const std::exception& e) {
+        Messages().ShowMessage(std::string(SaveFailedMessage) + "\n" + e.what(), SaveFailedCaption);
         return false;
     }
 }

@@ -1,16 +1,25 @@
 #include "render/ImageFiles.h"
 
-#include <QString>
+#include <QBuffer>
+#include <QByteArray>
 #include <stdexcept>
 
+#include "files/Atomicwrite.h"
 #include "response/Plot.h"
 
 namespace nerivane {
 namespace {
 
+// Encoded first, then written through the atomic writer: a failed write leaves the file that
+// was there.
 void Save(const QImage& image, const std::string& path, const char* format) {
-    if (!image.save(QString::fromStdString(path), format))
-        throw std::runtime_error("Cannot write the image file \"" + path + "\".");
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    std::string reason = "the image could not be encoded";
+    if (!image.save(&buffer, format) ||
+        !WriteFileAtomically(path, std::string_view(bytes.constData(), bytes.size()), &reason))
+        throw std::runtime_error("Cannot write the image file \"" + path + "\": " + reason + ".");
 }
 
 }  // namespace

@@ -26,8 +26,10 @@ bool EndsWith(const std::string& text, const std::string& ending) {
 }
 
 void Write(const std::string& path, std::string_view bytes) {
-    if (!WriteFileAtomically(path, bytes))
-        throw std::runtime_error("Cannot write the schematic file \"" + path + "\".");
+    std::string reason;
+    if (!WriteFileAtomically(path, bytes, &reason))
+        throw std::runtime_error("Cannot write the schematic file \"" + path + "\": " + reason +
+                                 ".");
 }
 
 }  // namespace

@@ -158,7 +158,7 @@ TEST_F(DesignFiles, FailedSavesLeaveTheOldFileWhole) {
     ASSERT_EQ(ReadDesignFile(Path("keep.kq_opamp"), design).outcome, OpenOutcome::Opened);
     EXPECT_EQ(std::memcmp(&design, &old, sizeof old), 0);
     for (const auto& entry : fs::directory_iterator(folder))  // no half-written leftovers
-        EXPECT_EQ(entry.path().string().find(".saving-"), std::string::npos);
+        EXPECT_EQ(entry.path().string().find(".nerivane-saving-"), std::string::npos);
 }
 
 // A save killed at any moment leaves either the old design or the new one, never a torn file.

@@ -115,7 +115,9 @@ TEST_F(WindowFiles, AFailedSaveSaysSoAndKeepsTheOldFile) {
     fs::create_directories(Path("blocked.kq_opamp/inside"));
     EXPECT_FALSE(form.SaveDesignTo(Path("blocked.kq_opamp")));
     ASSERT_EQ(messages.messages.size(), 1u);
-    EXPECT_EQ(messages.messages[0].text, "Save File operation failed.");
+    // The specified text first, then the file and the system's reason.
+    EXPECT_EQ(messages.messages[0].text,
+              "Save File operation failed.\n\"" + Path("blocked.kq_opamp") + "\": Is a directory.");
     EXPECT_EQ(messages.messages[0].caption, "Program Info");
     EXPECT_TRUE(form.DesignFile().empty());  // the next Save asks for a name
     std::ifstream file(path, std::ios::binary);

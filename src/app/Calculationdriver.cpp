@@ -4,6 +4,7 @@
 
 #include "app/Initializevars.h"
 #include "app/Updownfunctions.h"
+#include "numerics/Formatfunctions.h"
 #include "numerics/Protofunctions.h"
 #include "response/Fftfunctions.h"
 #include "response/Magphasefunctions.h"
@@ -43,6 +44,20 @@ void MakeRunTraces(int run, const DesignState& state, const ComponentSettings& s
         pulse.settings = &settings;
         CalcPulseResponse(pulse, traces);
     }
+}
+
+std::vector<std::string> LoweredCapacitorNotes(const DesignState& state,
+                                               const SectionComponents& parts) {
+    std::vector<std::string> notes;
+    for (int s = 0; s < state.NumSections && s < MaxSections; ++s) {
+        // A band-pass section whose split failed keeps what it had, which may be nothing.
+        if (!(parts.C1[s] > 0.0 && parts.C1[s] < state.SectionC1[s])) continue;
+        notes.push_back("Section " + std::to_string(s) + ": C1 of " +
+                        FormatEngineering(state.SectionC1[s], 2, "F") + " lowered to " +
+                        FormatEngineering(parts.C1[s], 2, "F") +
+                        " so that the section can be built.");
+    }
+    return notes;
 }
 
 }  // namespace
@@ -101,6 +116,7 @@ void Calculate(DesignState& state, ParameterBoxes& boxes, ComponentSettings& set
     inputs.sectionC1 = state.SectionC1;
     inputs.sectionC2 = state.SectionC2;
     CalculateComponents(inputs, state.Sections, settings, results.parts, results.hints);
+    results.capacitorNotes = LoweredCapacitorNotes(state, results.parts);
 
     results.points = PlotPoints;
     const std::span<double> axis(results.frequencies.data(), PlotPoints);

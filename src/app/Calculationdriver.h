@@ -67,7 +67,10 @@ struct DesignResults {
     std::string toleranceLabel;
     std::string gammaLabel;
     std::vector<std::string> reportNotes;  // the root finder's notes, for the report memo
-    std::vector<std::string> report;       // the circuit values report
+    // Capacitors the calculation had to lower so that a section can be built ("Section 1: C1
+    // of 10.0 nF lowered to 2.70 nF ..."); the window shows this as the C1 box's colour.
+    std::vector<std::string> capacitorNotes;
+    std::vector<std::string> report;  // the circuit values report
     int points = PlotPoints;
     int runs = 0;  // simulation runs made
     std::array<double, MaxResponsePoints> frequencies{};

@@ -1,6 +1,25 @@
 #include "app/Plotview.h"
 
+#include <cmath>
+
+#include "numerics/Formatfunctions.h"
+
 namespace nerivane {
+namespace {
+
+constexpr double ScaleRange = 100.0;
+
+}  // namespace
+
+double ReadGroupDelayScale(EditBox& box, double automatic, bool autoScale) {
+    if (autoScale || !(automatic > 0.0) || !std::isfinite(automatic)) {
+        box.SetRepaired(false);
+        box.SetText(FormatGeneral(automatic, 4));
+        return automatic;
+    }
+    return EditBoxToDouble(box, FormatGeneral(automatic / ScaleRange, 6),
+                           FormatGeneral(automatic, 6), FormatGeneral(automatic * ScaleRange, 6));
+}
 
 PlotView PlotViewFor(const DesignState& state, const ControlStates& controls,
                      const DesignResults& results, int width, int height) {

@@ -20,6 +20,14 @@ enum TopologyIndexValue : std::int32_t {
     VcvsNotch = 6,
 };
 
+// The capacitors a section can be built with, whoever gives them: the window's boxes, the
+// command line or a design file.
+inline constexpr double MinCapacitance = 1e-15;  // farads
+inline constexpr double MaxCapacitance = 1.0;
+constexpr bool IsUsableCapacitance(double farads) {
+    return farads >= MinCapacitance && farads <= MaxCapacitance;
+}
+
 inline constexpr double OpenMarker = 1e50;        // an open circuit
 inline constexpr double AbsentMarker = -1e50;     // the topology has no such part
 inline constexpr double FailMarker = 1e12;        // the formula has no real solution

@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "app/CapacitorEntry.h"
 #include "app/Recordcontrols.h"
+#include "app/Updownfunctions.h"
 #include "cli/Names.h"
 #include "files/Filesaveread.h"
 #include "numerics/Sivalue.h"
@@ -29,33 +31,33 @@ int NamedIndex(const Options& options, const std::string& option,
 // goes into the box as typed, to be repaired there like a person's typing.
 void TypeScaled(CliBox& box, const std::string& text, std::string_view unit, double boxUnit) {
     const std::optional<double> value = ParseSiValue(text, unit);
-    box.Type(value ? ExactText(*value / boxUnit) : text);
+    box.Type(text, value ? ExactText(*value / boxUnit) : text);
 }
 
-// "10n" or "10n,22n,4.7n": one value for every section or one per section in order.
-void SetCapacitors(const Options& options, const std::string& option, double* capacitors) {
-    std::vector<double> values;
+// "10n" or "10n,22n,4.7n": one value for every section or one per section in order. A value
+// the capacitor box would refuse leaves its sections' capacitors as they were, as the box
+// does, and is reported as the box's repair.
+void SetCapacitors(const Options& options, const std::string& option, const char* box,
+                   double* capacitors, std::vector<Repair>& repairs) {
+    std::vector<std::string> items;
     std::string_view rest = options.Get(option);
     while (true) {
         const std::size_t comma = rest.find(',');
-        const std::string_view item = rest.substr(0, comma);
-        const std::optional<double> value = ParseSiValue(item, "F");
-        if (!value || *value <= 0.0) {
-            throw UsageError(option + ": \"" + std::string(item) +
-                             "\" is not a capacitance in farads (10n, 2.2nF, 100p)");
-        }
-        values.push_back(*value);
+        items.emplace_back(rest.substr(0, comma));
         if (comma == std::string_view::npos) break;
         rest.remove_prefix(comma + 1);
     }
-    if (values.size() > static_cast<std::size_t>(MaxSections))
+    if (items.size() > static_cast<std::size_t>(MaxSections))
         throw UsageError(option + ": at most 20 values, one per section");
-    for (int i = 0; i < MaxSections; ++i) {
-        if (values.size() == 1) {
-            capacitors[i] = values[0];
-        } else if (i < static_cast<int>(values.size())) {
-            capacitors[i] = values[i];
+    for (std::size_t k = 0; k < items.size(); ++k) {
+        const std::optional<double> value = ParseCapacitance(items[k]);
+        if (!value) {
+            repairs.push_back({box, items[k], CapacitorBoxText(capacitors[k])});
+            continue;
         }
+        // One value stands for every section.
+        const std::size_t last = items.size() == 1 ? MaxSections : k + 1;
+        for (std::size_t i = k; i < last; ++i) capacitors[i] = *value;
     }
 }
 
@@ -146,8 +148,9 @@ std::uint32_t SeedOption(const Options& options) {
     return seed;
 }
 
-void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
-                  ComponentSettings& settings) {
+std::vector<Repair> ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
+                                 ComponentSettings& settings) {
+    std::vector<Repair> repairs;
     if (options.Has("--topology"))
         state.TopologyIndex = NamedIndex(options, "--topology", TopologyNames);
     if (options.Has("--response"))
@@ -163,8 +166,8 @@ void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
         state.Magnitude = static_cast<MagnitudeMode>(NamedIndex(options, "--mag", MagnitudeNames));
     if (options.Has("--phase"))
         state.Phase = static_cast<PhaseMode>(NamedIndex(options, "--phase", PhaseNames));
-    if (options.Has("--c1")) SetCapacitors(options, "--c1", state.SectionC1);
-    if (options.Has("--c2")) SetCapacitors(options, "--c2", state.SectionC2);
+    if (options.Has("--c1")) SetCapacitors(options, "--c1", "C1ValueBox", state.SectionC1, repairs);
+    if (options.Has("--c2")) SetCapacitors(options, "--c2", "C2ValueBox", state.SectionC2, repairs);
 
     if (options.Has("--poles")) boxes.numPoles.Type(options.Get("--poles"));
     if (options.Has("--ripple")) boxes.ripple.Type(options.Get("--ripple"));
@@ -174,6 +177,7 @@ void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
     if (options.Has("--runs")) boxes.runs.Type(options.Get("--runs"));
     if (options.Has("--f0")) TypeScaled(boxes.f0, options.Get("--f0"), "Hz", 1e3);
     if (options.Has("--bw")) TypeScaled(boxes.bandWidth, options.Get("--bw"), "Hz", 1e3);
+    return repairs;
 }
 
 ImageSize PlotSizeOption(const Options& options) {

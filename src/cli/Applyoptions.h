@@ -7,6 +7,7 @@
 #include <map>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "app/DesignState.h"
 #include "circuit/Componentsettings.h"
@@ -26,8 +27,17 @@ struct Options {
     const std::string& Get(const std::string& name) const { return values.at(name); }
 };
 
-void ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
-                  ComponentSettings& settings);
+// What a box did with a value it could not take: the box, the text given, the text it shows.
+struct Repair {
+    std::string box;
+    std::string typed;
+    std::string repaired;
+};
+
+// Sets the design from the options; returns the repairs of the capacitor boxes (the other
+// boxes record their own, read when the calculation reads them).
+std::vector<Repair> ApplyOptions(const Options& options, DesignState& state, CliBoxes& boxes,
+                                 ComponentSettings& settings);
 
 // --open: the design file's record and the controls loaded from it, as File > Open does.
 // Throws std::runtime_error with the program's message when the file is missing or rejected.

@@ -23,24 +23,21 @@
 namespace nerivane::cli {
 namespace {
 
-// Message boxes become lines on standard error, and are kept for the JSON.
-class CliMessageSink : public MessageSink {
+// Everything a run has to say besides its outputs: message boxes, math errors, notes and
+// warnings, each a line on standard error and kept for the JSON's messages.
+class Diagnostics : public MessageSink, public MathErrorLog {
   public:
-    explicit CliMessageSink(std::ostream& err) : err_(err) {}
+    explicit Diagnostics(std::ostream& err) : err_(err) {}
     void ShowMessage(const std::string& text, const std::string& caption) override {
         err_ << caption << ": " << text << "\n";
         texts.push_back(text);
     }
+    void AppendLine(const std::string& line) override { Say("math error: " + line); }
+    void Say(const std::string& line) {
+        err_ << line << "\n";
+        texts.push_back(line);
+    }
     std::vector<std::string> texts;
-
-  private:
-    std::ostream& err_;
-};
-
-class CliMathErrorLog : public MathErrorLog {
-  public:
-    explicit CliMathErrorLog(std::ostream& err) : err_(err) {}
-    void AppendLine(const std::string& line) override { err_ << "math error: " << line << "\n"; }
 
   private:
     std::ostream& err_;
@@ -110,6 +107,9 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     for (const auto& [name, help] : ValueOptions) app.add_option(name, given[name], help);
     bool report = false;
     app.add_flag("--report", report, "Write the circuit values report to standard output");
+    bool strict = false;
+    app.add_flag("--strict", strict,
+                 "Treat every warning, note or message as a usage error: exit 2, write nothing");
 
     // As a program's arguments, so that a message lists them in the order they were given.
     std::vector<const char*> argv;
@@ -147,8 +147,9 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
             return 1;
         }
     }
+    std::vector<Repair> capacitorRepairs;
     try {
-        ApplyOptions(options, state, *boxes, settings);
+        capacitorRepairs = ApplyOptions(options, state, *boxes, settings);
         if (options.Has("--seed")) seed = SeedOption(options);
         plotSize = PlotSizeOption(options);
         if (options.Has("--plot") && !IsPlotFileName(options.Get("--plot")))
@@ -162,10 +163,9 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         return 2;
     }
 
-    CliMessageSink messages(err);
-    CliMathErrorLog mathErrors(err);
-    ScopedInstall<MessageSink, InstallMessageSink> messageScope(&messages);
-    ScopedInstall<MathErrorLog, InstallMathErrorLog> mathErrorScope(&mathErrors);
+    Diagnostics diagnostics(err);
+    ScopedInstall<MessageSink, InstallMessageSink> messageScope(&diagnostics);
+    ScopedInstall<MathErrorLog, InstallMathErrorLog> mathErrorScope(&diagnostics);
 
     const ControlStates controls = UpdateControlStates(state);
     auto results = std::make_unique<DesignResults>();
@@ -186,17 +186,21 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     Calculate(state, parameters, settings, *results, random, calculation);
 
     const bool worstCase = state.Tolerance == ToleranceMode::WorstCase;
-    CliOutcome outcome{state, *results,      settings, worstCase ? envelope.get() : nullptr,
-                       {},    messages.texts};
+    CliOutcome outcome{
+        state, *results, settings, worstCase ? envelope.get() : nullptr, capacitorRepairs, {}};
     for (const CliBox* box : boxes->Typed()) {
-        if (!box->Repaired()) continue;
-        outcome.repairs.push_back({box->Name(), box->Typed(), box->Text()});
-        err << "warning: " << box->Name() << ": \"" << box->Typed() << "\" replaced by \""
-            << box->Text() << "\"\n";
+        if (box->Repaired()) outcome.repairs.push_back({box->Name(), box->Typed(), box->Text()});
     }
-    for (const std::string& note : results->reportNotes) {
-        err << "note: " << note << "\n";
-        outcome.messages.push_back(note);
+    for (const Repair& repair : outcome.repairs)
+        diagnostics.Say("warning: " + repair.box + ": \"" + repair.typed + "\" replaced by \"" +
+                        repair.repaired + "\"");
+    for (const auto* notes : {&results->reportNotes, &results->capacitorNotes})
+        for (const std::string& note : *notes) diagnostics.Say("note: " + note);
+    outcome.messages = diagnostics.texts;
+    if (strict && !outcome.messages.empty()) {
+        err << "nerivane-cli: --strict: the run had " << outcome.messages.size()
+            << " warning(s), note(s) or message(s); nothing written\n";
+        return 2;
     }
 
     try {

@@ -16,9 +16,11 @@ class CliBox : public TextBox {
     CliBox(std::string name, std::string text)
         : TextBox(text), name_(std::move(name)), typed_(std::move(text)) {}
     // What the user typed; the adjuster may rewrite the text afterwards.
-    void Type(const std::string& text) {
-        typed_ = text;
-        SetText(text);
+    void Type(const std::string& text) { Type(text, text); }
+    // A value given in another unit: the box holds it converted, a warning quotes it as given.
+    void Type(const std::string& typed, const std::string& boxText) {
+        typed_ = typed;
+        SetText(boxText);
     }
     const std::string& Name() const { return name_; }
     const std::string& Typed() const { return typed_; }

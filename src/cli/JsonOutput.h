@@ -13,14 +13,9 @@
 
 #include "app/Calculationdriver.h"
 #include "app/DesignState.h"
+#include "cli/Applyoptions.h"
 
 namespace nerivane::cli {
-
-struct Repair {
-    std::string box;
-    std::string typed;
-    std::string repaired;
-};
 
 // The dB magnitude range met at each point over all runs of a worst-case analysis.
 struct WorstCaseEnvelope {

@@ -110,8 +110,8 @@ void SanitizeDesignRecord(DesignState& s) {
     KeepUsable(s.PhaseThreshold, -200.0, 200.0, defaults.PhaseThreshold);
     KeepUsable(s.TestValue, -100.0, 100.0, defaults.TestValue);
     for (int i = 0; i < MaxSections; ++i) {
-        KeepUsable(s.SectionC1[i], 1e-15, 1.0, defaults.SectionC1[i]);
-        KeepUsable(s.SectionC2[i], 1e-15, 1.0, defaults.SectionC2[i]);
+        KeepUsable(s.SectionC1[i], MinCapacitance, MaxCapacitance, defaults.SectionC1[i]);
+        KeepUsable(s.SectionC2[i], MinCapacitance, MaxCapacitance, defaults.SectionC2[i]);
     }
     const auto mode = static_cast<std::int32_t>(s.Tolerance);
     if (mode < 0 || mode > 2) s.Tolerance = defaults.Tolerance;

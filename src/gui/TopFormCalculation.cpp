@@ -3,7 +3,6 @@
 // and section hints show what the calculation left.
 #include <QGuiApplication>
 #include <QScrollBar>
-#include <cmath>
 
 #include "app/Plotview.h"
 #include "gui/CompSelectForm.h"
@@ -18,9 +17,6 @@ namespace nerivane {
 namespace {
 
 const QColor PushedDownColour(255, 255, 0);
-
-// The typed group-delay scale may lie within a factor of 100 either side of the automatic one.
-constexpr double ScaleRange = 100.0;
 
 QString Lines(const std::vector<std::string>& notes, const std::vector<std::string>& report) {
     QString text;
@@ -86,15 +82,8 @@ PlotView TTopForm::CurrentPlotView() {
     const TopFormWidgets& w = *widgets_;
     PlotView view = PlotViewFor(state_, controls_, *results_, std::max(1, w.bitMap->width()),
                                 std::max(1, w.bitMap->height()));
-    const double automatic = results_->traces.groupDelayScale;
-    if (state_.AutoScale != 0 || !(automatic > 0.0) || !std::isfinite(automatic)) {
-        boxes_->scale.SetRepaired(false);
-        boxes_->scale.SetText(FormatGeneral(automatic, 4));
-    } else {
-        view.groupDelayScale =
-            EditBoxToDouble(boxes_->scale, FormatGeneral(automatic / ScaleRange, 6),
-                            FormatGeneral(automatic, 6), FormatGeneral(automatic * ScaleRange, 6));
-    }
+    view.groupDelayScale =
+        ReadGroupDelayScale(boxes_->scale, results_->traces.groupDelayScale, state_.AutoScale != 0);
     state_.GroupDelayScale = view.groupDelayScale;
     return view;
 }

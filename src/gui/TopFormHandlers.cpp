@@ -7,9 +7,9 @@
 #include <QPrinter>
 #include <algorithm>
 
+#include "app/CapacitorEntry.h"
 #include "files/Regularfiles.h"
 #include "gui/AboutForm.h"
-#include "gui/CapacitorEntry.h"
 #include "gui/CompSelectForm.h"
 #include "gui/DCBiasForm.h"
 #include "gui/HelpForm.h"

@@ -39,6 +39,21 @@ nlohmann::json JsonOf(std::vector<std::string> args) {
     return nlohmann::json::parse(run.out);
 }
 
+// A capacitor option stands for a capacitor box: what the box refuses (unreadable, or no
+// capacitor a section can be built with) leaves the section's capacitor as it was.
+TEST(Cli, CapacitorsTheBoxWouldRefuseAreRepairedAsTheBoxDoes) {
+    const nlohmann::json result = JsonOf({"--c1", "22n,2,x", "--c2", "1e300"});
+    const nlohmann::json& c1 = result["design"]["c1_f"];
+    EXPECT_EQ(c1[0], 22e-9);
+    EXPECT_EQ(c1[1], 1e-10);
+    EXPECT_EQ(c1[2], 1e-10);
+    EXPECT_EQ(result["design"]["c2_f"][0], 1e-9);
+    ASSERT_EQ(result["repairs"].size(), 3u);
+    EXPECT_EQ(result["repairs"][0]["box"], "C1ValueBox");
+    EXPECT_EQ(result["repairs"][0]["typed"], "2");
+    EXPECT_EQ(result["repairs"][2]["box"], "C2ValueBox");
+}
+
 TEST(Cli, UnreadablePolesRepairToTheDefaultWithAWarning) {
     const CliRun run = RunWith({"--poles", "abc"});
     EXPECT_EQ(run.status, 0);
@@ -59,7 +74,6 @@ TEST(Cli, UsageErrorsExitWithStatusTwoAndWriteNothing) {
         {{"--topology", "lowpass"}, "--topology"},
         {{"--mode", "best"}, "--mode"},
         {{"--res-tol", "3"}, "--res-tol"},
-        {{"--c1", "big"}, "--c1"},
         {{"--opamp", "fast"}, "--opamp"},
         {{"--seed", "-1"}, "--seed"},
         {{"--sweep", "octave"}, "--sweep"},
@@ -75,6 +89,20 @@ TEST(Cli, UsageErrorsExitWithStatusTwoAndWriteNothing) {
         EXPECT_NE(run.err.find(c.mentions), std::string::npos) << run.err;
         EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
     }
+}
+
+// A script that wants no repairs asks for --strict: any warning, note or message is then a
+// usage error and nothing is written.
+TEST(Cli, StrictTurnsWarningsIntoUsageErrors) {
+    for (const std::vector<std::string>& args :
+         {std::vector<std::string>{"--c1", "big", "--strict"},
+          std::vector<std::string>{"--poles", "25", "--json", "-", "--strict"}}) {
+        const CliRun run = RunWith(args);
+        EXPECT_EQ(run.status, 2) << run.err;
+        EXPECT_TRUE(run.out.empty());
+        EXPECT_NE(run.err.find("nerivane-cli: --strict"), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(RunWith({"--poles", "4", "--strict"}).status, 0);
 }
 
 TEST(Cli, JsonHoldsTheDesignRepairsAndPrototype) {
@@ -101,7 +129,10 @@ TEST(Cli, JsonHoldsTheDesignRepairsAndPrototype) {
     EXPECT_EQ(result["repairs"][1]["box"], "RippleBox");
     EXPECT_EQ(result["repairs"][1]["repaired"], "0.100");
     EXPECT_EQ(design["ripple_db"], 0.1);
-    EXPECT_TRUE(result["messages"].empty());
+    // Every warning and note is a message too: the repairs, then the capacitors lowered.
+    ASSERT_GE(result["messages"].size(), 2u);
+    EXPECT_EQ(result["messages"][0], "warning: NumPolesBox: \"25\" replaced by \"20\"");
+    EXPECT_TRUE(result["messages"].back().get<std::string>().ends_with("can be built."));
     EXPECT_EQ(result["prototype"].size(), 10u);
 }
 

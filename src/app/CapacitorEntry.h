@@ -7,8 +7,8 @@
 
 namespace nerivane {
 
-// The capacitance in farads, or nothing when the text is not a positive value of at most
-// one farad.
+// The capacitance in farads, or nothing when the text is not a capacitance a section can be
+// built with (1 fF to 1 F). The window's capacitor boxes and the command line read so.
 std::optional<double> ParseCapacitance(const std::string& text);
 
 }  // namespace nerivane

@@ -111,8 +111,8 @@ void ApplyTraces(const Options& options, DesignState& state) {
 
 }  // namespace
 
-void OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
-                ComponentSettings& settings) {
+std::vector<std::string> OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
+                                    ComponentSettings& settings) {
     const OpenResult opened = ReadDesignFile(path, state);
     switch (opened.outcome) {
         case OpenOutcome::Opened: break;
@@ -137,6 +137,7 @@ void OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
     state.Tolerance = controls.mode;
     settings.capacitorClass = *ToleranceClassOf(controls.capacitorPercent);
     settings.resistorClass = *ToleranceClassOf(controls.resistorPercent);
+    return opened.repairs;
 }
 
 std::uint32_t SeedOption(const Options& options) {

@@ -40,9 +40,10 @@ std::vector<Repair> ApplyOptions(const Options& options, DesignState& state, Cli
                                  ComponentSettings& settings);
 
 // --open: the design file's record and the controls loaded from it, as File > Open does.
-// Throws std::runtime_error with the program's message when the file is missing or rejected.
-void OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
-                ComponentSettings& settings);
+// Throws std::runtime_error with the program's message when the file is missing or rejected;
+// returns what the file held out of range and was replaced.
+std::vector<std::string> OpenDesign(const std::string& path, DesignState& state, CliBoxes& boxes,
+                                    ComponentSettings& settings);
 
 std::uint32_t SeedOption(const Options& options);
 

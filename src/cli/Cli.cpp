@@ -139,9 +139,10 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     ComponentSettings settings;
     std::uint32_t seed = 1;
     ImageSize plotSize;
+    std::vector<std::string> fileRepairs;
     if (options.Has("--open")) {
         try {
-            OpenDesign(options.Get("--open"), state, *boxes, settings);
+            fileRepairs = OpenDesign(options.Get("--open"), state, *boxes, settings);
         } catch (const std::runtime_error& e) {
             err << "nerivane-cli: " << e.what() << "\n";
             return 1;
@@ -191,6 +192,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     for (const CliBox* box : boxes->Typed()) {
         if (box->Repaired()) outcome.repairs.push_back({box->Name(), box->Typed(), box->Text()});
     }
+    for (const std::string& repair : fileRepairs)
+        diagnostics.Say("warning: " + options.Get("--open") + ": " + repair);
     for (const Repair& repair : outcome.repairs)
         diagnostics.Say("warning: " + repair.box + ": \"" + repair.typed + "\" replaced by \"" +
                         repair.repaired + "\"");

@@ -8,6 +8,7 @@
 #include "app/Initializevars.h"
 #include "files/Atomicwrite.h"
 #include "files/Regularfiles.h"
+#include "numerics/Sivalue.h"
 
 namespace nerivane {
 namespace {
@@ -46,14 +47,28 @@ bool VersionAccepted(std::int32_t major, std::int32_t minor) {
     return false;
 }
 
-template <typename T>
-void KeepInRange(T& value, T low, T high, T fallback) {
-    if (value < low || value > high) value = fallback;
-}
+// Each field a file holds out of range is replaced by its default, and the replacement said.
+class Repairs {
+  public:
+    template <typename T>
+    void KeepInRange(const std::string& field, T& value, T low, T high, T fallback) {
+        if (value >= low && value <= high) return;
+        Say(field, std::to_string(value), std::to_string(fallback));
+        value = fallback;
+    }
+    void KeepUsable(const std::string& field, double& value, double low, double high,
+                    double fallback) {
+        if (value >= low && value <= high) return;
+        Say(field, ExactText(value), ExactText(fallback));
+        value = fallback;
+    }
+    std::vector<std::string> said;
 
-void KeepUsable(double& value, double low, double high, double fallback) {
-    if (!(value >= low && value <= high)) value = fallback;
-}
+  private:
+    void Say(const std::string& field, const std::string& from, const std::string& to) {
+        said.push_back(field + " " + from + " replaced by " + to);
+    }
+};
 
 std::int32_t Flag(std::int32_t value) {
     return value != 0 ? 1 : 0;
@@ -91,27 +106,32 @@ bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignSt
     return IdentityMatches(scratch) && VersionAccepted(scratch.VersionMajor, scratch.VersionMinor);
 }
 
-void SanitizeDesignRecord(DesignState& s) {
+std::vector<std::string> SanitizeDesignRecord(DesignState& s) {
     const DesignState defaults = DefaultDesignState();
-    KeepInRange(s.ResponseIndex, 0, 8, defaults.ResponseIndex);
-    KeepInRange(s.TopologyIndex, 0, 6, defaults.TopologyIndex);
-    KeepInRange(s.SweepIndex, 0, 5, defaults.SweepIndex);
-    KeepInRange(s.NumPoles, 1, MaxPoles, defaults.NumPoles);
+    Repairs r;
+    r.KeepInRange("ResponseIndex", s.ResponseIndex, 0, 8, defaults.ResponseIndex);
+    r.KeepInRange("TopologyIndex", s.TopologyIndex, 0, 6, defaults.TopologyIndex);
+    r.KeepInRange("SweepIndex", s.SweepIndex, 0, 5, defaults.SweepIndex);
+    r.KeepInRange("NumPoles", s.NumPoles, 1, MaxPoles, defaults.NumPoles);
     s.NumSections = SectionsForPoles(s.TopologyIndex, s.NumPoles);
-    KeepInRange(s.SelectedSection, 0, s.NumSections - 1, 0);
-    KeepInRange(s.AdjustFocus, 0, FocusNothing, defaults.AdjustFocus);
-    KeepUsable(s.F0, 1.0, 1e8, defaults.F0);
-    KeepUsable(s.BandWidth, 10.0, 1e8, defaults.BandWidth);
-    KeepUsable(s.Ripple, 0.0, 2.0, defaults.Ripple);
-    KeepUsable(s.Gamma, -1.0, 1.0, defaults.Gamma);
-    KeepUsable(s.SectionGain, 0.09, 11.0, defaults.SectionGain);
-    KeepUsable(s.OpAmpGainBandwidth, 1e3, 1e8, defaults.OpAmpGainBandwidth);
-    KeepUsable(s.OpAmpOutputResistance, 0.0, 1e4, defaults.OpAmpOutputResistance);
-    KeepUsable(s.PhaseThreshold, -200.0, 200.0, defaults.PhaseThreshold);
-    KeepUsable(s.TestValue, -100.0, 100.0, defaults.TestValue);
+    r.KeepInRange("SelectedSection", s.SelectedSection, 0, s.NumSections - 1, 0);
+    r.KeepInRange("AdjustFocus", s.AdjustFocus, 0, FocusNothing, defaults.AdjustFocus);
+    r.KeepUsable("F0", s.F0, 1.0, 1e8, defaults.F0);
+    r.KeepUsable("BandWidth", s.BandWidth, 10.0, 1e8, defaults.BandWidth);
+    r.KeepUsable("Ripple", s.Ripple, 0.0, 2.0, defaults.Ripple);
+    r.KeepUsable("Gamma", s.Gamma, -1.0, 1.0, defaults.Gamma);
+    r.KeepUsable("SectionGain", s.SectionGain, 0.09, 11.0, defaults.SectionGain);
+    r.KeepUsable("OpAmpGainBandwidth", s.OpAmpGainBandwidth, 1e3, 1e8, defaults.OpAmpGainBandwidth);
+    r.KeepUsable("OpAmpOutputResistance", s.OpAmpOutputResistance, 0.0, 1e4,
+                 defaults.OpAmpOutputResistance);
+    r.KeepUsable("PhaseThreshold", s.PhaseThreshold, -200.0, 200.0, defaults.PhaseThreshold);
+    r.KeepUsable("TestValue", s.TestValue, -100.0, 100.0, defaults.TestValue);
     for (int i = 0; i < MaxSections; ++i) {
-        KeepUsable(s.SectionC1[i], MinCapacitance, MaxCapacitance, defaults.SectionC1[i]);
-        KeepUsable(s.SectionC2[i], MinCapacitance, MaxCapacitance, defaults.SectionC2[i]);
+        const std::string section = "[" + std::to_string(i) + "]";
+        r.KeepUsable("SectionC1" + section, s.SectionC1[i], MinCapacitance, MaxCapacitance,
+                     defaults.SectionC1[i]);
+        r.KeepUsable("SectionC2" + section, s.SectionC2[i], MinCapacitance, MaxCapacitance,
+                     defaults.SectionC2[i]);
     }
     const auto mode = static_cast<std::int32_t>(s.Tolerance);
     if (mode < 0 || mode > 2) s.Tolerance = defaults.Tolerance;
@@ -126,6 +146,7 @@ void SanitizeDesignRecord(DesignState& s) {
     s.CapacitorToleranceText[std::size(s.CapacitorToleranceText) - 1] = u'\0';
     s.ResistorToleranceText[std::size(s.ResistorToleranceText) - 1] = u'\0';
     StampFormatVersion(s);
+    return r.said;
 }
 
 OpenResult ReadDesignFile(const std::string& path, DesignState& state) {
@@ -146,9 +167,16 @@ OpenResult ReadDesignFile(const std::string& path, DesignState& state) {
     if (!ValidateDesignBytes(reinterpret_cast<const unsigned char*>(file.bytes.data()),
                              file.bytes.size(), scratch))
         return {OpenOutcome::Incompatible, ""};
-    SanitizeDesignRecord(scratch);
+    OpenResult opened{OpenOutcome::Opened, "", SanitizeDesignRecord(scratch)};
     state = scratch;
-    return {OpenOutcome::Opened, ""};
+    return opened;
+}
+
+std::string RepairedFileMessage(const std::string& path, const std::vector<std::string>& repairs) {
+    std::string text = "The design file \"" + path +
+                       "\" held values out of range, replaced so that it can be used:";
+    for (const std::string& repair : repairs) text += "\n" + repair;
+    return text;
 }
 
 std::string UnreadableFileMessage(const std::string& path, const std::string& reason) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <vector>
 
 #include "app/DesignState.h"
 
@@ -37,15 +38,20 @@ bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignSt
 
 // Brings a record read from a file into the ranges the program works with: unknown indices,
 // impossible capacitors and flags are replaced by their defaults, so whatever a file holds
-// the next calculation can run.
-void SanitizeDesignRecord(DesignState& state);
+// the next calculation can run. Returns what was replaced ("NumPoles 25 replaced by 3").
+std::vector<std::string> SanitizeDesignRecord(DesignState& state);
 
 enum class OpenOutcome { Opened, Missing, WrongExtension, Incompatible, Unreadable };
 
 struct OpenResult {
     OpenOutcome outcome;
-    std::string reason;  // why an unreadable file could not be read
+    std::string reason = {};                // why an unreadable file could not be read
+    std::vector<std::string> repairs = {};  // what an opened file held out of range
 };
+
+// "The design file "path" held values out of range, replaced so that it can be used:" and
+// the repairs, one a line.
+std::string RepairedFileMessage(const std::string& path, const std::vector<std::string>& repairs);
 
 // Reads path into state when it is a valid design file; state is changed only then. Only a
 // regular file is read, so a pipe or a device named as a design never blocks.

@@ -130,6 +130,8 @@ bool TTopForm::OpenDesignFile(std::string path) {
             Messages().ShowMessage(IncompatibleFileMessage, "Nerivane");
             return false;
     }
+    if (!result.repairs.empty())
+        Messages().ShowMessage(RepairedFileMessage(path, result.repairs), "Nerivane");
     state_ = opened;
     RememberDesignFile(path);
     LoadControlsFromRecord();

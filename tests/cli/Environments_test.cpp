@@ -12,6 +12,9 @@
 #include <sstream>
 #include <string>
 
+#include "app/Initializevars.h"
+#include "files/Filesaveread.h"
+
 namespace nerivane {
 namespace {
 
@@ -107,6 +110,16 @@ TEST_F(CliEnvironments, EachFailureExitsWithItsStatusAndMessageAndKeepsTheFiles)
          [](const fs::path& d) { ::mkfifo((d / "pipe.kq_opamp").c_str(), 0600); },
          "--open DIR/pipe.kq_opamp", 1, "not a regular file", Nothing},
         {"words that are no option", Nothing, "--frobnicate foo", 2, "--frobnicate foo", Nothing},
+        {"a design file holding a value out of range",
+         [](const fs::path& d) {
+             DesignState design = DefaultDesignState();
+             design.NumPoles = 25;
+             WriteDesignFile((d / "wild.kq_opamp").string(), design);
+         },
+         "--open DIR/wild.kq_opamp --json DIR/r.json", 0, "NumPoles 25 replaced by 3",
+         [](const fs::path& d) {
+             EXPECT_NE(Bytes(d / "r.json").find("NumPoles 25 replaced by 3"), std::string::npos);
+         }},
     };
     for (const Case& c : cases) {
         fs::remove_all(dir);

@@ -22,6 +22,12 @@ std::string Join(const std::string& folder, const std::string& name) {
 
 // This platform's counterparts of the variables whose expansion the program checks: a value
 // that is present must fit the expansion buffer, and the home folder must be there.
+// HOME, or the account's home folder when HOME is not set (a service, a cleared environment).
+std::string HomeFolder(const DirectoryInputs& inputs) {
+    const std::optional<std::string> home = inputs.environment("HOME");
+    return home && !home->empty() ? *home : inputs.accountHome;
+}
+
 bool EnvironmentUsable(const DirectoryInputs& inputs) {
     static constexpr std::array<const char*, 4> Variables = {"HOME", "TMPDIR", "XDG_CONFIG_HOME",
                                                              "XDG_DATA_HOME"};
@@ -29,8 +35,7 @@ bool EnvironmentUsable(const DirectoryInputs& inputs) {
         const std::optional<std::string> value = inputs.environment(name);
         if (value && value->size() >= ExpansionLimit) return false;
     }
-    const std::optional<std::string> home = inputs.environment("HOME");
-    return home && !home->empty();
+    return !HomeFolder(inputs).empty();
 }
 
 std::optional<std::string> FindRunTimeFiles(const std::string& programFolder) {
@@ -59,7 +64,7 @@ DirectoriesOutcome SettleDirectories(const DirectoryInputs& inputs) {
     directories.runTimeFilesDir = *runTime;
 
     const std::string documents = inputs.documentsFolder.empty()
-                                      ? Join(*inputs.environment("HOME"), "Documents")
+                                      ? Join(HomeFolder(inputs), "Documents")
                                       : inputs.documentsFolder;
     // One level at a time, each only when missing; a level that cannot be made ends the chain
     // and later file operations report their own failures.

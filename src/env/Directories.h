@@ -23,6 +23,7 @@ struct DirectoryInputs {
     std::string programFolder;    // the folder of the program file
     std::string documentsFolder;  // the desktop's documents folder; empty: $HOME/Documents
     std::function<std::optional<std::string>(const char*)> environment;  // getenv
+    std::string accountHome = {};  // the account's home folder, taken when HOME is not set
 };
 
 struct ProgramDirectories {

@@ -4,6 +4,9 @@
 // NERIVANE_EXIT_AFTER_FIRST_PAINT=1 makes the program print the milliseconds from the start
 // of main to the first painted plot on standard output and exit; the start-up benchmark
 // times the real program with it.
+#include <pwd.h>
+#include <unistd.h>
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEvent>
@@ -53,6 +56,8 @@ int main(int argc, char** argv) {
     inputs.programFolder = QCoreApplication::applicationDirPath().toStdString();
     inputs.documentsFolder =
         QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation).toStdString();
+    if (const passwd* account = ::getpwuid(::getuid()); account != nullptr && account->pw_dir)
+        inputs.accountHome = account->pw_dir;
     inputs.environment = [](const char* name) -> std::optional<std::string> {
         const char* value = std::getenv(name);
         if (value == nullptr) return std::nullopt;

@@ -89,6 +89,13 @@ TEST_F(Folders, AnInstalledProgramFindsItsSharedFiles) {
 TEST_F(Folders, AnUnusableEnvironmentEndsTheProgram) {
     environment.erase("HOME");
     EXPECT_EQ(SettleDirectories(Inputs()).fatalMessage, ExpansionFailedMessage);
+    // Without HOME the account's home folder serves.
+    DirectoryInputs withAccount = Inputs();
+    withAccount.accountHome = (root / "home").string();
+    const DirectoriesOutcome outcome = SettleDirectories(withAccount);
+    ASSERT_TRUE(outcome.directories) << outcome.fatalMessage;
+    EXPECT_EQ(outcome.directories->userFilesDir,
+              (root / "home" / "Documents" / "Kestrune" / "Nerivane" / "Files").string());
     environment["HOME"] = (root / "home").string();
     environment["TMPDIR"] = std::string(40000, 'x');
     EXPECT_EQ(SettleDirectories(Inputs()).fatalMessage, ExpansionFailedMessage);

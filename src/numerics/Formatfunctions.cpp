@@ -126,21 +126,27 @@ ParsedFloat ParseDecimal(std::string_view text, char separator) {
     const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), value);
     if (end != plain.data() + plain.size()) return failed;
     if (error == std::errc::result_out_of_range) {
-        // Too small to hold is zero; too large to hold is not a number the program can use.
-        if (leadingPosition + exponent > 0) return failed;
-        return {true, plain.front() == '-' ? -0.0 : 0.0};
+        // Too small to hold is zero; too large to hold is infinite, which every box limits to
+        // its maximum like any other number too large for it.
+        const bool negative = plain.front() == '-';
+        if (leadingPosition + exponent > 0)
+            return {true, negative ? -std::numeric_limits<double>::infinity()
+                                   : std::numeric_limits<double>::infinity()};
+        return {true, negative ? -0.0 : 0.0};
     }
     if (error != std::errc()) return failed;
     return {true, value};
 }
 
+// Wider than the boxes' integers, so that a number too large for them is still a number,
+// limited by the box like any other.
 struct ParsedInt {
     bool ok;
-    std::int32_t value;
+    std::int64_t value;
 };
 
 // Decimal or hexadecimal ("0x1F", "$1F"), with an optional sign; anything outside 32 bits fails.
-ParsedInt ParseInt32(std::string_view text) {
+ParsedInt ParseInteger(std::string_view text) {
     constexpr ParsedInt failed{false, 0};
     text = TrimBlanks(text);
     bool negative = false;
@@ -159,13 +165,14 @@ ParsedInt ParseInt32(std::string_view text) {
     std::uint64_t magnitude = 0;
     const auto [end, error] =
         std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
-    if (error != std::errc() || end != text.data() + text.size()) return failed;
-    constexpr std::uint64_t largestMagnitude = 2147483648ULL;  // of the most negative int
-    if (magnitude > largestMagnitude) return failed;
-    const std::int64_t value =
-        negative ? -static_cast<std::int64_t>(magnitude) : static_cast<std::int64_t>(magnitude);
-    if (value > std::numeric_limits<std::int32_t>::max()) return failed;
-    return {true, static_cast<std::int32_t>(value)};
+    if (end != text.data() + text.size() || end == text.data()) return failed;
+    if (error != std::errc() && error != std::errc::result_out_of_range) return failed;
+    // A whole number too large to hold is held as the largest one.
+    constexpr std::uint64_t largestMagnitude = 1ULL << 62;
+    if (error == std::errc::result_out_of_range || magnitude > largestMagnitude)
+        magnitude = largestMagnitude;
+    const auto value = static_cast<std::int64_t>(magnitude);
+    return {true, negative ? -value : value};
 }
 
 std::string PrefixFor(int exponent) {
@@ -423,8 +430,8 @@ double EditBoxToDouble(EditBox& box, const std::string& minText, const std::stri
 
 std::int32_t EditBoxToInt(EditBox& box, const std::string& minText, const std::string& defaultText,
                           const std::string& maxText) {
-    return ReadBox(box, minText, defaultText, maxText, ParseInt32,
-                   "Invalid String Argument in EditBoxToInt function.");
+    return static_cast<std::int32_t>(ReadBox(box, minText, defaultText, maxText, ParseInteger,
+                                             "Invalid String Argument in EditBoxToInt function."));
 }
 
 std::int32_t NearestInt(double x) {

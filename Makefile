@@ -5,6 +5,7 @@ BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
 FUZZ_SECONDS ?= 20
+FUZZ_TARGETS = Designfile_fuzz Settings_fuzz Readers_fuzz Roundtrip_fuzz
 JOBS ?= $(shell nproc)
 
 .PHONY: all deps build build-sanitize run test test-plain test-sanitize fuzz bench format format-check clean
@@ -37,8 +38,8 @@ test-sanitize: build-sanitize
 fuzz: deps
 	@cmake -S . -B $(FUZZ_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_COMPILER=clang++ \
 		-DNERIVANE_FUZZ=ON -DNERIVANE_GUI=OFF -DNERIVANE_BENCH=OFF >/dev/null
-	@cmake --build $(FUZZ_DIR) -j $(JOBS) --target Designfile_fuzz Settings_fuzz
-	@for target in Designfile_fuzz Settings_fuzz; do \
+	@cmake --build $(FUZZ_DIR) -j $(JOBS) --target $(FUZZ_TARGETS)
+	@for target in $(FUZZ_TARGETS); do \
 		scratch=$$(mktemp -d); \
 		if ! $(FUZZ_DIR)/fuzz/$$target -max_total_time=$(FUZZ_SECONDS) -print_final_stats=1 \
 			$$scratch fuzz/corpus/$$target > $$scratch.log 2>&1; then \

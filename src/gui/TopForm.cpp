@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
+#include <QScopeGuard>
 #include <QScreen>
 #include <QWheelEvent>
 #include <QWindow>
@@ -58,6 +59,13 @@ TTopForm::TTopForm(QWidget* parent)
     worstCaseRedraw_.setSingleShot(true);
     worstCaseRedraw_.setInterval(WorstCaseRedrawDelayMs);
     connect(&worstCaseRedraw_, &QTimer::timeout, this, &TTopForm::CalcButtonClick);
+    keyedCalculation_.setSingleShot(true);
+    keyedCalculation_.setInterval(0);
+    connect(&keyedCalculation_, &QTimer::timeout, this, [this] {
+        const bool singlePass = keyedSinglePass_;
+        keyedSinglePass_ = true;
+        Calculate(singlePass);
+    });
     // The window sees every key before the control that has the focus.
     qApp->installEventFilter(this);
     InstallMessageSink(messageSink_.get());
@@ -186,6 +194,8 @@ bool TTopForm::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void TTopForm::FormKeyDown(const QKeyEvent& event) {
+    keyedInput_ = true;
+    const auto done = qScopeGuard([this] { keyedInput_ = false; });
     const int key = event.key();
     if (key == Qt::Key_F1 || key == Qt::Key_Up || key == Qt::Key_F2 || key == Qt::Key_Down) {
         const bool up = key == Qt::Key_F1 || key == Qt::Key_Up;
@@ -244,6 +254,8 @@ bool TTopForm::StepByWheel(QObject* box, int angleDelta, bool coarse) {
         stepOnce = [this, which](bool up) { C1C2UpDownClick(which, up); };
     }
     if (!stepOnce) return false;
+    keyedInput_ = true;
+    const auto done = qScopeGuard([this] { keyedInput_ = false; });
     // Fine-grained wheels send fractions of a notch; a step is a whole notch.
     wheelRemainder_ += angleDelta;
     const int notches = wheelRemainder_ / WheelNotch;

@@ -159,6 +159,11 @@ class TTopForm final : public QMainWindow {
     // A worst-case picture keeps its runs only until the plot changes size; they come back
     // by running the analysis again once resizing stops.
     QTimer worstCaseRedraw_;
+    // Keys and the wheel come faster than a long calculation: the steps they make are stored at
+    // once and one calculation follows the last of them.
+    QTimer keyedCalculation_;
+    bool keyedSinglePass_ = true;
+    bool keyedInput_ = false;  // a key or the wheel is being handled
 
     // One picture per circuit, loaded at start; a missing file leaves its picture empty.
     std::array<QImage, TopologyCount> circuitPictures_;

@@ -37,6 +37,14 @@ void TTopForm::CalcButtonClick() {
 
 void TTopForm::Calculate(bool singlePass) {
     if (dialogs_.compSelect == nullptr || dialogs_.options == nullptr) return;
+    if (keyedInput_) {
+        // A full calculation asked for by any of the keys wins over single passes.
+        keyedSinglePass_ = keyedSinglePass_ && singlePass;
+        keyedCalculation_.start();
+        return;
+    }
+    keyedCalculation_.stop();
+    keyedSinglePass_ = true;
     worstCaseRedraw_.stop();
     TopFormWidgets& w = *widgets_;
     TopFormBoxes& b = *boxes_;

@@ -107,6 +107,12 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     for (const auto& [name, help] : ValueOptions) app.add_option(name, given[name], help);
     bool report = false;
     app.add_flag("--report", report, "Write the circuit values report to standard output");
+    app.footer(
+        "An option that stands for one of the window's boxes (poles, frequencies, gain, ripple,\n"
+        "gamma, capacitors, op amp, runs, threshold) is read as the box reads typing: a value\n"
+        "it cannot take is replaced as the box replaces it, with a warning on standard error\n"
+        "(exit 0; --strict makes it exit 2). Any other option that cannot be read is a usage\n"
+        "error (exit 2). Exit status: 0 done, 1 a file could not be read or written, 2 usage.");
     bool strict = false;
     app.add_flag("--strict", strict,
                  "Treat every warning, note or message as a usage error: exit 2, write nothing");

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <filesystem>
 #include <fstream>
@@ -94,6 +95,14 @@ TEST_F(CliEnvironments, EachFailureExitsWithItsStatusAndMessageAndKeepsTheFiles)
          },
          "--save DIR/kept.kq_opamp", 1, "read-only",
          [](const fs::path& d) { EXPECT_EQ(Bytes(d / "kept.kq_opamp"), "old"); }},
+        {"a save beside what an interrupted save left",
+         [](const fs::path& d) {
+             std::ofstream(d / ".nerivane-saving-AbC123") << "cut off";
+             fs::last_write_time(d / ".nerivane-saving-AbC123",
+                                 fs::file_time_type::clock::now() - std::chrono::hours(1));
+         },
+         "--save DIR/next.kq_opamp", 0, "",
+         [](const fs::path& d) { EXPECT_EQ(Bytes(d / "next.kq_opamp").size(), DesignFileBytes); }},
         {"a save without the extension", Nothing, "--save DIR/plain", 0, "",
          [](const fs::path& d) {
              EXPECT_EQ(Bytes(d / "plain.kq_opamp").size(), DesignFileBytes);

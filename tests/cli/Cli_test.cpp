@@ -207,6 +207,12 @@ TEST(Cli, SiValuesAreConvertedAndOtherTextIsRepairedByTheBox) {
     ASSERT_EQ(repaired["repairs"].size(), 1u);
     EXPECT_EQ(repaired["repairs"][0]["box"], "F0Box");
     EXPECT_EQ(repaired["design"]["f0_hz"], 1000.0);
+    // Too large is limited to the box's maximum however large, and quoted as it was given.
+    for (const char* huge : {"1e300", "1e400"}) {
+        const nlohmann::json limited = JsonOf({"--f0", huge});
+        EXPECT_EQ(limited["design"]["f0_hz"], 1e8) << huge;
+        EXPECT_EQ(limited["repairs"][0]["typed"], huge);
+    }
 }
 
 TEST(Cli, GammaOutOfRangeIsClampedAndReported) {

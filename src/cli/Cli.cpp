@@ -129,7 +129,12 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         err << "nerivane-cli: not an option or a value of one:" << extras << "\n";
         return 2;
     } catch (const CLI::CallForHelp&) {
-        out << app.help();
+        try {
+            WriteText("-", app.help(), out, "help");
+        } catch (const std::exception& e) {
+            err << "nerivane-cli: " << e.what() << "\n";
+            return 1;
+        }
         return 0;
     } catch (const CLI::ParseError& e) {
         err << "nerivane-cli: " << e.what() << "\n";

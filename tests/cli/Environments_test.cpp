@@ -74,6 +74,7 @@ TEST_F(CliEnvironments, EachFailureExitsWithItsStatusAndMessageAndKeepsTheFiles)
         {"JSON to a full disk", Nothing, "--json - >/dev/full", 1,
          "standard output: No space left on device", Nothing},
         {"the report to a closed output", Nothing, "--report >&-", 1, "standard output", Nothing},
+        {"the help to a full disk", Nothing, "--help >/dev/full", 1, "standard output", Nothing},
         {"a plot ending the program cannot write", Nothing, "--plot DIR/p.jpg", 2, "--plot",
          [](const fs::path& d) { EXPECT_FALSE(fs::exists(d / "p.jpg")); }},
         {"a plot too large", Nothing, "--plot DIR/p.png --width 5000", 2, "64 to 4000",

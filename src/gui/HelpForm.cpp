@@ -61,10 +61,7 @@ void THelpForm::ShowCircuitInfo(int topology, const QImage& picture) {
     picture_->setPixmap(QPixmap::fromImage(picture));
     picture_->setVisible(!picture.isNull());
     Load(circuit.helpPage);
-    if (!isVisible()) CentreOnParent(*this);
-    show();
-    raise();
-    activateWindow();
+    Present();
 }
 
 void THelpForm::CircuitChanged(int topology, const QImage& picture) {
@@ -78,6 +75,10 @@ void THelpForm::ShowProgramInfo() {
     picture_->clear();
     picture_->hide();
     Load(ProgramHelpFile);
+    Present();
+}
+
+void THelpForm::Present() {
     if (!isVisible()) CentreOnParent(*this);
     show();
     raise();

@@ -32,6 +32,8 @@ class THelpForm : public QDialog {
   private:
     void Load(const std::string& file);
     void OpenInSystemViewer();
+    // Shows the window in front, centred on the main window when it was closed.
+    void Present();
 
     QLabel* picture_;
     QTextBrowser* text_;

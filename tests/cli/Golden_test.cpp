@@ -5,38 +5,20 @@
 //     NERIVANE_UPDATE_GOLDEN=1 build/tests/cli_Golden_test
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/Cli.h"
+#include "support/Golden.h"
 
 namespace nerivane::cli {
 namespace {
 
 namespace fs = std::filesystem;
-
-const fs::path GoldenDir = fs::path(NERIVANE_TEST_DATA_DIR) / "golden";
-
-std::string ReadText(const fs::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-std::vector<std::string> Lines(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
-}
 
 // Long outputs keep their ends and every eighth line or point: enough for any fault in a
 // trace to show, small enough to read in a diff.
@@ -65,7 +47,7 @@ void Flatten(const nlohmann::json& value, const std::string& path, std::ostrings
 }
 
 std::string Sampled(const std::string& text) {
-    const std::vector<std::string> lines = Lines(text);
+    const std::vector<std::string> lines = golden::Lines(text);
     std::ostringstream out;
     for (std::size_t i = 0; i < lines.size(); ++i)
         if (Kept(i, lines.size())) out << lines[i] << "\n";
@@ -79,7 +61,7 @@ struct Case {
 
 std::vector<Case> Cases() {
     std::vector<Case> cases;
-    std::istringstream in(ReadText(GoldenDir / "cases.txt"));
+    std::istringstream in(golden::ReadText(golden::Folder() / "cases.txt"));
     for (std::string line; std::getline(in, line);) {
         if (line.empty() || line[0] == '#') continue;
         std::istringstream words(line);
@@ -114,53 +96,17 @@ std::string Outcome(const Case& c, const fs::path& scratch) {
         all << Sampled(text);
     }
     for (const fs::path& file : files)
-        all << "== " << file.filename().string() << "\n" << ReadText(file) << "\n";
+        all << "== " << file.filename().string() << "\n" << golden::ReadText(file) << "\n";
     return all.str();
 }
 
-// Lines match when their words match and their numbers agree to nine digits: a build with
-// other optimisation may round the last bits differently.
-bool SameLine(const std::string& a, const std::string& b) {
-    if (a == b) return true;
-    static const std::regex number(R"([-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?)");
-    std::sregex_iterator x(a.begin(), a.end(), number), y(b.begin(), b.end(), number), end;
-    std::size_t ax = 0, by = 0;
-    for (; x != end && y != end; ++x, ++y) {
-        if (a.substr(ax, x->position() - ax) != b.substr(by, y->position() - by)) return false;
-        const double u = std::stod(x->str()), v = std::stod(y->str());
-        if (!(std::abs(u - v) <= 1e-9 * std::max(std::abs(u), std::abs(v)))) return false;
-        ax = x->position() + x->length();
-        by = y->position() + y->length();
-    }
-    return x == end && y == end && a.substr(ax) == b.substr(by);
-}
-
 TEST(Golden, EveryCaseGivesWhatItGaveWhenChecked) {
-    const bool update = std::getenv("NERIVANE_UPDATE_GOLDEN") != nullptr;
     const fs::path scratch =
         fs::temp_directory_path() / ("nerivane_golden_" + std::to_string(getpid()));
     fs::create_directories(scratch);
     const std::vector<Case> cases = Cases();
     ASSERT_GT(cases.size(), 20u);
-    for (const Case& c : cases) {
-        const std::string got = Outcome(c, scratch);
-        const fs::path golden = GoldenDir / (c.name + ".txt");
-        if (update) {
-            std::ofstream(golden, std::ios::binary) << got;
-            continue;
-        }
-        const std::vector<std::string> want = Lines(ReadText(golden)), have = Lines(got);
-        ASSERT_FALSE(want.empty()) << golden;
-        for (std::size_t i = 0; i < std::max(want.size(), have.size()); ++i) {
-            const std::string w = i < want.size() ? want[i] : "(nothing)";
-            const std::string h = i < have.size() ? have[i] : "(nothing)";
-            if (!SameLine(w, h)) {
-                ADD_FAILURE() << c.name << " line " << i + 1 << "\n  golden: " << w
-                              << "\n  now:    " << h;
-                break;
-            }
-        }
-    }
+    for (const Case& c : cases) golden::ExpectGolden(c.name, Outcome(c, scratch));
     fs::remove_all(scratch);
 }
 

@@ -1,3 +1,5 @@
+// The plot drawn on a recording canvas: each trace kind on its scale, gaps and dashes, labels
+// that fit, and whole plots against their golden draw logs.
 #include "response/Plot.h"
 
 #include <gtest/gtest.h>
@@ -5,8 +7,12 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdio>
+#include <sstream>
 #include <string>
 #include <vector>
+
+#include "support/Golden.h"
 
 namespace nerivane {
 namespace {
@@ -85,6 +91,12 @@ class RecordingCanvas : public Canvas {
     PenStyle style_ = PenStyle::Solid;
     int x_ = 0, y_ = 0;
 };
+
+std::string Hex(Rgb c) {
+    char text[8];
+    std::snprintf(text, sizeof text, "#%02x%02x%02x", c.r, c.g, c.b);
+    return text;
+}
 
 constexpr PlotGeometry Frame{50, 20, 1000, 400};  // bottom at 420
 
@@ -263,123 +275,6 @@ PlotView EverythingShown() {
     return view;
 }
 
-// The colours of the traces in the order drawn: a trace is a run of 1023 segments.
-std::vector<Rgb> TraceColours(const RecordingCanvas& canvas) {
-    std::vector<Rgb> colours;
-    for (std::size_t i = 0; i < canvas.segments.size(); i += TracePoints - 1)
-        colours.push_back(canvas.segments[i].colour);
-    return colours;
-}
-
-TEST(DrawPlot, DrawsTheShownTracesInOrderAndColourThenTheReference) {
-    const Rgb mag10{255, 0, 0}, mag1{128, 0, 0}, phase{0, 0, 255}, delay{0, 96, 0},
-        pulse{255, 128, 0};
-    const Rgb refMag10{205, 38, 38}, refMag1{192, 0, 0}, refPhase{0, 0, 128}, refDelay{0, 173, 0},
-        refPulse{255, 193, 37};
-    struct Row {
-        const char* name;
-        void (*change)(PlotView&, Traces& reference);
-        std::vector<Rgb> colours;
-    };
-    // clang-format off
-    const Row rows[] = {
-        {"everything", [](PlotView&, Traces&) {},
-         {mag10, mag1, phase, delay, pulse, refMag10, refMag1, refPhase, refDelay, refPulse}},
-        {"no reference", [](PlotView& v, Traces&) { v.showReference = false; },
-         {mag10, mag1, phase, delay, pulse}},
-        {"phase disabled", [](PlotView& v, Traces&) { v.phaseEnabled = false; },
-         {mag10, mag1, delay, pulse, refMag10, refMag1, refDelay, refPulse}},
-        {"delay and pulse disabled",
-         [](PlotView& v, Traces&) { v.groupDelayEnabled = v.pulseEnabled = false; },
-         {mag10, mag1, phase, refMag10, refMag1, refPhase}},
-        {"reference without a pulse", [](PlotView&, Traces& r) { r.hasPulse = false; },
-         {mag10, mag1, phase, delay, pulse, refMag10, refMag1, refPhase, refDelay}},
-        {"only 1 dB", [](PlotView& v, Traces&) {
-             v.showMag10 = v.showPhase = v.showGroupDelay = v.showPulse = false; },
-         {mag1, refMag1}},
-    };
-    // clang-format on
-    for (const Row& row : rows) {
-        PlotView view = EverythingShown();
-        const Traces current = Flat(-3.0, -4.5, 10.0, 20.0, 1e-3, 0.5);
-        Traces reference = current;
-        row.change(view, reference);
-        RecordingCanvas canvas;
-        DrawPlot(canvas, view, current, &reference, false);
-        EXPECT_EQ(TraceColours(canvas), row.colours) << row.name;
-        EXPECT_EQ(canvas.segments.size(), row.colours.size() * (TracePoints - 1)) << row.name;
-    }
-}
-
-// The y at which DrawTrace puts a constant value.
-int RowOf(const PlotView& view, double value, int kind) {
-    RecordingCanvas canvas;
-    const auto values = Constant(value);
-    DrawTrace(canvas, GeometryFor(view), view, values, false, {}, kind);
-    return canvas.segments.back().y1;
-}
-
-TEST(DrawPlot, PicksTheMagnitudeAndPhaseArraysTheViewAsksFor) {
-    struct Row {
-        bool linear;
-        bool hilbert;
-        double magnitude;
-        double phase;
-    };
-    // clang-format off
-    const Row rows[] = {
-        {false, false, -40.0, 90.0},
-        {true,  false, -4.5,  90.0},
-        {false, true,  -40.0, -90.0},
-        {true,  true,  -4.5,  -90.0},
-    };
-    // clang-format on
-    const Traces traces = Flat(-40.0, -4.5, 90.0, -90.0, 1e-3, 0.5);
-    for (const Row& row : rows) {
-        PlotView view = EverythingShown();
-        view.showGroupDelay = view.showPulse = view.showReference = false;
-        view.linearMagnitude = row.linear;
-        view.hilbertPhase = row.hilbert;
-        RecordingCanvas canvas;
-        DrawPlot(canvas, view, traces, nullptr, false);
-        ASSERT_EQ(canvas.segments.size(), 3u * (TracePoints - 1));
-        EXPECT_EQ(canvas.segments[0].y1, RowOf(view, row.magnitude, Mag10dB));
-        EXPECT_EQ(canvas.segments[TracePoints - 1].y1, RowOf(view, row.magnitude, Mag1dB));
-        EXPECT_EQ(canvas.segments[2 * (TracePoints - 1)].y1, RowOf(view, row.phase, PhaseTrace));
-    }
-}
-
-TEST(DrawPlot, WithoutTheGridDrawsOnlyTheTraces) {
-    RecordingCanvas canvas;
-    const Traces traces = Flat(-3.0, -4.5, 10.0, 20.0, 1e-3, 0.5);
-    DrawPlot(canvas, EverythingShown(), traces, &traces, false);
-    EXPECT_TRUE(canvas.fills.empty());
-    EXPECT_TRUE(canvas.texts.empty());
-    EXPECT_EQ(canvas.segments.size(), 10u * (TracePoints - 1));
-}
-
-TEST(DrawPlot, FillsTheBackgroundFirstAndDrawsTheTracesLast) {
-    PlotView view = EverythingShown();
-    RecordingCanvas canvas;
-    const Traces traces = Flat(-3.0, -4.5, 10.0, 20.0, 1e-3, 0.5);
-    DrawPlot(canvas, view, traces, &traces, true);
-    ASSERT_FALSE(canvas.calls.empty());
-    EXPECT_EQ(canvas.calls.front(), RecordingCanvas::Call::Fill);
-    ASSERT_EQ(canvas.fills.size(), 1u);
-    const RecordingCanvas::Fill& fill = canvas.fills[0];
-    EXPECT_EQ(fill.colour, PlotBackground);
-    EXPECT_TRUE(fill.left == 0 && fill.top == 0 && fill.right == view.width &&
-                fill.bottom == view.height);
-    // Nothing but trace segments after the grid, labels and legend.
-    const std::size_t traceSegments = 10u * (TracePoints - 1);
-    ASSERT_GT(canvas.segments.size(), traceSegments);
-    const auto firstTrace = canvas.calls.end() - static_cast<std::ptrdiff_t>(traceSegments);
-    EXPECT_TRUE(std::all_of(firstTrace, canvas.calls.end(), [](RecordingCanvas::Call c) {
-        return c == RecordingCanvas::Call::Segment;
-    }));
-    EXPECT_EQ(canvas.segments[canvas.segments.size() - traceSegments].colour, (Rgb{255, 0, 0}));
-}
-
 // Views of every sweep and scale combination, large and small.
 std::vector<PlotView> AssortedViews() {
     std::vector<PlotView> views;
@@ -404,171 +299,89 @@ std::vector<PlotView> AssortedViews() {
     return views;
 }
 
-TEST(DrawPlot, KeepsEveryLabelInsideTheImage) {
-    const Traces traces = Flat(-3.0, -4.5, 10.0, 20.0, 1e-3, 0.5);
-    for (const PlotView& view : AssortedViews()) {
-        RecordingCanvas canvas;
-        DrawPlot(canvas, view, traces, &traces, true);
-        EXPECT_GT(canvas.texts.size(), 5u);
-        for (const RecordingCanvas::Text& t : canvas.texts) {
-            EXPECT_GE(t.x, 0) << t.text << " " << view.width << " sweep " << view.sweepIndex;
-            EXPECT_GE(t.y, 0) << t.text;
-            EXPECT_LE(t.x + t.size.width, view.width) << t.text << " " << view.width;
-            EXPECT_LE(t.y + t.size.height, view.height) << t.text << " " << view.height;
-        }
+// The plot of five views as a log of what was drawn, each run of segments that keeps colour
+// and row written once: trace order and colours, scales, labels and legend.
+std::string DrawLog(const RecordingCanvas& canvas) {
+    std::ostringstream log;
+    for (const RecordingCanvas::Fill& f : canvas.fills)
+        log << "fill " << f.left << "," << f.top << " " << f.right << "," << f.bottom << " "
+            << Hex(f.colour) << "\n";
+    for (const RecordingCanvas::Text& t : canvas.texts)
+        log << "text " << t.x << "," << t.y << " " << Hex(t.colour) << " " << t.text << "\n";
+    // A run keeps colour and row; the pen styles in it are counted (the dash pattern has its
+    // own test).
+    const auto& s = canvas.segments;
+    for (std::size_t i = 0, j; i < s.size(); i = j) {
+        int styles[4] = {0, 0, 0, 0};
+        for (j = i; j < s.size() && s[j].colour == s[i].colour && s[j].y0 == s[i].y1 &&
+                    s[j].y1 == s[i].y1 && (j == i || s[j].x0 == s[j - 1].x1);
+             ++j)
+            ++styles[static_cast<int>(s[j].style) & 3];
+        if (j == i) ++styles[static_cast<int>(s[j++].style) & 3];
+        log << "line " << Hex(s[i].colour) << " " << s[i].x0 << "," << s[i].y0 << " " << s[j - 1].x1
+            << "," << s[j - 1].y1 << " styles";
+        for (int count : styles) log << " " << count;
+        log << "\n";
     }
+    return log.str();
 }
 
-TEST(DrawPlot, KeepsLabelsOnOneRowApart) {
-    const Traces traces = Flat(-3.0, -4.5, 10.0, 20.0, 1e-3, 0.5);
-    for (const PlotView& view : AssortedViews()) {
-        RecordingCanvas canvas;
-        DrawPlot(canvas, view, traces, &traces, true);
-        for (std::size_t i = 0; i < canvas.texts.size(); ++i)
-            for (std::size_t j = i + 1; j < canvas.texts.size(); ++j) {
-                const RecordingCanvas::Text& a = canvas.texts[i];
-                const RecordingCanvas::Text& b = canvas.texts[j];
-                const bool apart = a.x + a.size.width <= b.x || b.x + b.size.width <= a.x ||
-                                   a.y + a.size.height <= b.y || b.y + b.size.height <= a.y;
-                EXPECT_TRUE(apart) << a.text << " and " << b.text << ", " << view.width << "x"
-                                   << view.height << " sweep " << view.sweepIndex;
-            }
-    }
-}
-
-TEST(DrawPlot, CentresLabelsOnTheirValues) {
-    PlotView view = EverythingShown();
-    view.showReference = false;
-    const PlotGeometry g = GeometryFor(view);
-    const auto timeX = [&](double t) {
-        return g.left + static_cast<int>(std::lround(g.width * t / (TracePoints * 25e-6)));
-    };
+TEST(DrawPlot, DrawsWhatItDrewWhenChecked) {
     struct Row {
-        std::string text;
-        Rgb colour;
-        int x;  // -1: not checked
-        int y;
-    };
-    const Rgb dark{40, 40, 40}, mag10{255, 0, 0}, mag1{128, 0, 0}, phase{0, 0, 255},
-        delay{0, 96, 0}, time{205, 102, 0};
-    // clang-format off
-    const Row rows[] = {
-        {"100 Hz",      dark,  g.left,               -1},
-        {"1 kHz",       dark,  g.left + g.width / 2, -1},
-        {"10 kHz",      dark,  g.left + g.width,     -1},
-        {"10 dB",       mag10, -1, g.top},
-        {"-40 dB",      mag10, -1, g.top + g.height / 2},
-        {"-90 dB",      mag10, -1, g.Bottom()},
-        {"1 dB",        mag1,  -1, g.top},
-        {"-9 dB",       mag1,  -1, g.Bottom()},
-        {"+180\u00b0", phase, -1, g.top},
-        {"0\u00b0",    phase, -1, g.top + g.height / 2},
-        {"-90\u00b0",  phase, -1, RowOf(view, -90.0, PhaseTrace)},
-        {"2 ms",        delay, -1, g.top},
-        {"1 ms",        delay, -1, g.top + g.height / 2},
-        {"200 us",      delay, -1, RowOf(view, 0.2e-3, GroupDelayTrace)},
-        {"0 s",         delay, -1, g.Bottom()},
-        {"0 s",         time,  timeX(0.0), -1},
-        {"10 ms",       time,  timeX(10e-3), -1},
-    };
-    // clang-format on
-    RecordingCanvas canvas;
-    DrawPlot(canvas, view, Flat(0, 0, 0, 0, 0, 0), nullptr, true);
-    for (const Row& row : rows) {
-        const auto found = std::find_if(canvas.texts.begin(), canvas.texts.end(), [&](auto& t) {
-            return t.text == row.text && t.colour == row.colour;
-        });
-        ASSERT_NE(found, canvas.texts.end()) << row.text;
-        if (row.x >= 0) {
-            EXPECT_NEAR(found->x + found->size.width / 2.0, row.x, 1.0) << row.text;
-        }
-        if (row.y >= 0) {
-            EXPECT_NEAR(found->y + found->size.height / 2.0, row.y, 1.0) << row.text;
-        }
-    }
-}
-
-TEST(DrawPlot, LabelsTheLinearMagnitudeInGain) {
-    PlotView view = EverythingShown();
-    view.showMag10 = view.showPhase = view.showGroupDelay = view.showPulse = false;
-    view.linearMagnitude = true;
-    RecordingCanvas canvas;
-    DrawPlot(canvas, view, Flat(0, 0, 0, 0, 0, 0), nullptr, true);
-    // 9 |H| - 9 on the 1 dB scale: a gain of 1 where 0 dB is, a gain of 0 nine dB lower.
-    for (const auto& [text, gain] : {std::pair{"1", 1.0}, std::pair{"0.5", 0.5}, {"0", 0.0}}) {
-        const RecordingCanvas::Text* label = canvas.FindText(text);
-        ASSERT_NE(label, nullptr) << text;
-        EXPECT_NEAR(label->y + label->size.height / 2.0, RowOf(view, 9.0 * gain - 9.0, Mag1dB), 1.0)
-            << text;
-    }
-    EXPECT_NE(canvas.FindText("Linear Mag"), nullptr);
-    EXPECT_EQ(canvas.FindText("0 dB"), nullptr);
-}
-
-TEST(DrawPlot, LabelsTheLinearSweepFromZero) {
-    PlotView view = EverythingShown();
-    view.sweepIndex = 0;
-    view.freqMin = 1.0;
-    view.freqMax = 2000.0;
-    RecordingCanvas canvas;
-    DrawPlot(canvas, view, Flat(0, 0, 0, 0, 0, 0), nullptr, true);
-    const PlotGeometry g = GeometryFor(view);
-    for (const auto& [text, x] : {std::pair{"0 Hz", g.left},
-                                  {"1 kHz", g.left + g.width / 2},
-                                  {"2 kHz", g.left + g.width}}) {
-        const RecordingCanvas::Text* label = canvas.FindText(text);
-        ASSERT_NE(label, nullptr) << text;
-        EXPECT_NEAR(label->x + label->size.width / 2.0, x, 1.0) << text;
-    }
-}
-
-TEST(DrawPlot, NamesTheShownTracesInTheLegend) {
-    struct Row {
-        void (*change)(PlotView&);
-        std::vector<std::string> present;
-        std::vector<std::string> absent;
+        const char* name;
+        void (*change)(PlotView&, Traces& reference);
+        bool grid;
     };
     // clang-format off
     const Row rows[] = {
-        {[](PlotView&) {},
-         {"Mag 10 dB", "Mag 1 dB", "Phase", "Group Delay", "Sq Pulse", "dashed: reference"}, {}},
-        {[](PlotView& v) { v.linearMagnitude = v.hilbertPhase = true; v.showReference = false; },
-         {"Linear Mag", "Hilbert Phase"}, {"Mag 1 dB", "Phase", "dashed: reference"}},
-        {[](PlotView& v) { v.groupDelayEnabled = v.pulseEnabled = false; v.showMag1 = false; },
-         {"Mag 10 dB", "Phase"}, {"Mag 1 dB", "Group Delay", "Sq Pulse"}},
+        {"plot-everything", [](PlotView&, Traces&) {}, true},
+        {"plot-linear-hilbert", [](PlotView& v, Traces&) {
+             v.linearMagnitude = v.hilbertPhase = true; v.showReference = false; }, true},
+        {"plot-linear-sweep-no-pulse", [](PlotView& v, Traces& r) {
+             v.sweepIndex = 0; v.freqMin = 1.0; v.freqMax = 2000.0; r.hasPulse = false; }, true},
+        {"plot-disabled-traces", [](PlotView& v, Traces&) {
+             v.phaseEnabled = v.groupDelayEnabled = v.pulseEnabled = false; v.showMag10 = false; }, true},
+        {"plot-traces-only", [](PlotView&, Traces&) {}, false},
     };
     // clang-format on
     for (const Row& row : rows) {
         PlotView view = EverythingShown();
-        row.change(view);
-        const Traces traces = Flat(0, 0, 0, 0, 0, 0);
+        const Traces current = Flat(-3.0, -4.5, 10.0, -90.0, 1e-3, 0.5);
+        Traces reference = Flat(-40.0, 0.0, 90.0, 45.0, 0.2e-3, 0.25);
+        row.change(view, reference);
         RecordingCanvas canvas;
-        DrawPlot(canvas, view, traces, &traces, true);
-        for (const std::string& name : row.present)
-            EXPECT_NE(canvas.FindText(name), nullptr) << name;
-        for (const std::string& name : row.absent)
-            EXPECT_EQ(canvas.FindText(name), nullptr) << name;
+        DrawPlot(canvas, view, current, &reference, row.grid);
+        golden::ExpectGolden(row.name, DrawLog(canvas));
     }
 }
 
-TEST(GeometryFor, LeavesRoomForTheLabelsTheViewNeeds) {
-    PlotView plain = EverythingShown();
-    plain.showMag1 = plain.showPhase = plain.showGroupDelay = plain.showPulse = false;
-    PlotView full = EverythingShown();
-    const PlotGeometry a = GeometryFor(plain);
-    const PlotGeometry b = GeometryFor(full);
-    // Two magnitude columns on the left, phase and delay on the right, the time axis below.
-    EXPECT_GT(b.left, a.left);
-    EXPECT_GT(full.width - b.left - b.width, plain.width - a.left - a.width);
-    EXPECT_GT(full.height - b.Bottom(), plain.height - a.Bottom());
+// Every sweep and scale, large and small: labels inside the image and apart from each other,
+// and a frame that leaves room for them.
+TEST(DrawPlot, LabelsStayInsideTheImageAndApart) {
+    const Traces traces = Flat(-3.0, -4.5, 10.0, 20.0, 1e-3, 0.5);
     for (const PlotView& view : AssortedViews()) {
+        RecordingCanvas canvas;
+        DrawPlot(canvas, view, traces, &traces, true);
+        const std::string where = std::to_string(view.width) + "x" + std::to_string(view.height) +
+                                  " sweep " + std::to_string(view.sweepIndex);
+        EXPECT_GT(canvas.texts.size(), 5u);
+        for (std::size_t i = 0; i < canvas.texts.size(); ++i) {
+            const RecordingCanvas::Text& a = canvas.texts[i];
+            EXPECT_TRUE(a.x >= 0 && a.y >= 0 && a.x + a.size.width <= view.width &&
+                        a.y + a.size.height <= view.height)
+                << a.text << " " << where;
+            for (std::size_t j = i + 1; j < canvas.texts.size(); ++j) {
+                const RecordingCanvas::Text& b = canvas.texts[j];
+                EXPECT_TRUE(a.x + a.size.width <= b.x || b.x + b.size.width <= a.x ||
+                            a.y + a.size.height <= b.y || b.y + b.size.height <= a.y)
+                    << a.text << " and " << b.text << ", " << where;
+            }
+        }
         const PlotGeometry g = GeometryFor(view);
         // The read-out's line above the frame, which also takes the 1 dB trace's rise.
         EXPECT_GE(g.top, PlotFontPixels + 4);
-        EXPECT_GT(g.width, view.width / 4);
-        EXPECT_LT(g.left + g.width, view.width);
-        EXPECT_GT(g.height, view.height / 3);
-        EXPECT_LT(g.Bottom(), view.height);
+        EXPECT_TRUE(g.width > view.width / 4 && g.left + g.width < view.width) << where;
+        EXPECT_TRUE(g.height > view.height / 3 && g.Bottom() < view.height) << where;
     }
 }
 

@@ -1,8 +1,10 @@
+// The calculation as the window drives it: the worst case hands every run to the plot, a
+// capacitor step runs once, and no combination of boxes at their limits breaks it. What a
+// design gives is the command line's golden table.
 #include "app/Calculationdriver.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cmath>
 #include <memory>
 #include <vector>
@@ -13,55 +15,6 @@
 
 namespace nerivane {
 namespace {
-
-struct Axis {
-    int sweep;
-    double f0;
-    double first;  // f[1]
-    double last;   // f[1023]
-};
-
-TEST(LayOutFrequencyAxis, FirstPointIsATenthOfTheSecondAndTheEndIsNeverReached) {
-    // clang-format off
-    const Axis cases[] = {
-        {0, 5000.0, 1.0 + 9999.0 / 1024.0, 1.0 + 1023.0 * 9999.0 / 1024.0},
-        {0, 1000.0, 1.0 + 1999.0 / 1024.0, 1.0 + 1023.0 * 1999.0 / 1024.0},
-        {4, 5000.0, 500.0 * std::pow(100.0, 1.0 / 1024.0), 500.0 * std::pow(100.0, 1023.0 / 1024.0)},
-        {4, 1000.0, 100.0 * std::pow(100.0, 1.0 / 1024.0), 100.0 * std::pow(100.0, 1023.0 / 1024.0)},
-        {1, 1000.0, 500.0 * std::pow(4.0, 1.0 / 1024.0),   500.0 * std::pow(4.0, 1023.0 / 1024.0)},
-    };
-    // clang-format on
-    for (const Axis& c : cases) {
-        DesignState state = DefaultDesignState();
-        state.SweepIndex = c.sweep;
-        state.F0 = c.f0;
-        std::array<double, PlotPoints> axis;
-        LayOutFrequencyAxis(state, axis);
-        EXPECT_NEAR(axis[1], c.first, 1e-9 * c.first) << c.sweep;
-        EXPECT_EQ(axis[0], 0.1 * axis[1]) << c.sweep;
-        EXPECT_NEAR(axis[1023], c.last, 1e-9 * c.last) << c.sweep;
-        EXPECT_LT(axis[1023], state.FreqMax);
-    }
-}
-
-TEST(Calculate, StartUpDesignIsAThreePoleLowPassOverOneDecade) {
-    DesignState state = DefaultDesignState();
-    TextParameterBoxes boxes;
-    ParameterBoxes parameters = boxes.Parameters();
-    ComponentSettings settings;
-    auto results = std::make_unique<DesignResults>();
-    ToleranceRandom random;
-    Calculate(state, parameters, settings, *results, random);
-    EXPECT_EQ(state.NumSections, 2);
-    EXPECT_EQ(state.FreqMin, 500.0);
-    EXPECT_EQ(state.FreqMax, 50000.0);
-    EXPECT_EQ(state.PhaseThreshold, -20.0);
-    EXPECT_EQ(results->prototype.sectionCount, 2);
-    EXPECT_EQ(results->opAmpLabels.bandwidth, "BW 100 MHz");
-    EXPECT_EQ(results->toleranceLabel, "C 10%   R 1%");
-    EXPECT_EQ(boxes.f0.Text(), "5.000");
-    EXPECT_NEAR(std::hypot(results->response[0].re, results->response[0].im), 1.0, 1e-3);
-}
 
 TEST(Calculate, WorstCaseHandsEveryRunsTracesToTheHookAndKeepsTheNominalOnes) {
     DesignState state = DefaultDesignState();

@@ -5,6 +5,7 @@
 //     NERIVANE_UPDATE_GOLDEN=1 build/tests/cli_Golden_test
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -95,8 +96,20 @@ std::string Outcome(const Case& c, const fs::path& scratch) {
     } else {
         all << Sampled(text);
     }
-    for (const fs::path& file : files)
-        all << "== " << file.filename().string() << "\n" << golden::ReadText(file) << "\n";
+    for (const fs::path& file : files) {
+        const std::string bytes = golden::ReadText(file);
+        all << "== " << file.filename().string() << "\n";
+        if (file.extension() != ".kq_opamp") {
+            all << bytes << "\n";
+            continue;
+        }
+        // A design file is bytes: 32 of them a line, in hex.
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            char hex[4];
+            std::snprintf(hex, sizeof hex, "%02x", static_cast<unsigned char>(bytes[i]));
+            all << hex << (i % 32 == 31 || i + 1 == bytes.size() ? "\n" : "");
+        }
+    }
     return all.str();
 }
 

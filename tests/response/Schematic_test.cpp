@@ -1,3 +1,5 @@
+// The drawn cascade is the exported netlist: nodes found from the drawing's geometry against
+// the netlist's, for every topology with followers, first-order and complete sections.
 #include "response/Schematic.h"
 
 #include <gtest/gtest.h>
@@ -231,22 +233,6 @@ TEST(CircuitPicture, ShowsEveryPartUnderItsReportName) {
             {"R1", "R2", "R3", "C1", "C1", "C2"}};
         EXPECT_EQ(names, expected[topology]) << "topology " << topology;
     }
-}
-
-TEST(Designator, IsUniqueAcrossTheCascade) {
-    std::set<std::string> seen;
-    for (int section : {0, 1, 9, 19}) {
-        for (int topology = 0; topology < TopologyCount; ++topology) {
-            const SectionCircuit& circuit = CircuitOf(topology);
-            std::set<std::string> names;
-            for (int i = 0; i < circuit.partCount; ++i)
-                names.insert(Designator(circuit, i, section));
-            EXPECT_EQ(names.size(), static_cast<std::size_t>(circuit.partCount));
-            seen.insert(names.begin(), names.end());
-        }
-    }
-    EXPECT_TRUE(seen.count("R101") && seen.count("C2002") && seen.count("R105"));
-    EXPECT_EQ(OpAmpDesignator(9), "U1001");
 }
 
 }  // namespace

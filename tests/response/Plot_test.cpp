@@ -160,33 +160,6 @@ TEST(DrawTrace, PutsEachKindOnItsScaleAndClampsToTheFrame) {
     }
 }
 
-TEST(DrawTrace, SpreadsThePointsOverTheWidthRoundingToNearest) {
-    struct Row {
-        PlotGeometry geometry;
-        int index;
-        int x;
-    };
-    // clang-format off
-    const Row rows[] = {
-        {Frame,               0,    50},
-        {Frame,               1,    51},    // 0.977
-        {Frame,               3,    53},    // 2.93
-        {Frame,               64,   113},   // 62.5 rounds up
-        {Frame,               512,  550},
-        {Frame,               1023, 1049},  // one step short of the right edge
-        {{10, 20, 600, 400},  512,  310},
-        {{10, 20, 600, 400},  1023, 609},   // 599.4
-    };
-    // clang-format on
-    for (const Row& row : rows) {
-        RecordingCanvas canvas;
-        const auto values = Constant(0.0);
-        DrawTrace(canvas, row.geometry, ScaleView(), values, false, {}, Mag10dB);
-        const int x = row.index == 0 ? canvas.moves[0][0] : canvas.segments[row.index - 1].x1;
-        EXPECT_EQ(x, row.x) << row.index;
-    }
-}
-
 TEST(DrawTrace, LeavesGapsAtNoPlotValuesInPhaseAndDelayOnly) {
     for (int kind : {PhaseTrace, GroupDelayTrace, Mag10dB, Mag1dB, PulseTrace}) {
         auto values = Constant(0.0);
@@ -204,13 +177,6 @@ TEST(DrawTrace, LeavesGapsAtNoPlotValuesInPhaseAndDelayOnly) {
         EXPECT_EQ(after.x0 == after.x1 && after.y0 == after.y1, gaps) << kind;
         EXPECT_EQ(canvas.moves.size(), gaps ? 12u : 1u) << kind;  // one after each gap point
     }
-}
-
-TEST(DrawTrace, DrawsNothingVisibleForAPhaseOfNoPlotValuesOnly) {
-    const auto values = Constant(NoPlotValue);
-    RecordingCanvas canvas;
-    DrawTrace(canvas, Frame, ScaleView(), values, false, {}, PhaseTrace);
-    for (const RecordingCanvas::Segment& s : canvas.segments) EXPECT_EQ(s.style, PenStyle::Clear);
 }
 
 TEST(DrawTrace, DashesReferenceTracesByPointCountOrByPen) {
@@ -236,14 +202,6 @@ TEST(DrawTrace, DashesReferenceTracesByPointCountOrByPen) {
             EXPECT_EQ(step >= 6.0, row.name == std::string("saw")) << i;
         }
     }
-}
-
-TEST(DrawTrace, KeepsTheGapRuleOnReferenceTraces) {
-    auto values = Constant(0.0);
-    values[100] = NoPlotValue;
-    RecordingCanvas canvas;
-    DrawTrace(canvas, Frame, ScaleView(), values, true, {}, GroupDelayTrace);
-    EXPECT_EQ(canvas.segments[100 - 1].style, PenStyle::Clear);  // (100 div 4) is odd
 }
 
 // ---- the whole plot ----

@@ -137,8 +137,8 @@ TEST(Sectionresponses, FixedFormsMatchTheNodeSolutionAtHighGainWithoutOutputResi
 }
 
 // At finite gain with output resistance the fixed forms are pinned by value. The values come
-// from derive_section_responses.py, which evaluates the same forms exactly after showing how
-// far they are from the node solution; w is in rad/s.
+// from docs/derivations/section_responses.py, which evaluates the same forms exactly after showing
+// how far they are from the node solution; w is in rad/s.
 struct GoldenPoint {
     const char* name;
     SectionResponseFunction routine;

@@ -4,7 +4,7 @@ forms of src/circuit/Sectionresponses.cpp against the node solution of each sect
 
 Run with Debian's interpreter and python3-sympy:
 
-    /usr/bin/python3 tests/circuit/derive_section_responses.py
+    /usr/bin/python3 docs/derivations/section_responses.py
 
 Each circuit is solved by nodal analysis with the op amp as an internal node x held at
 A*(v(p) - v(m)) behind the output resistance Ro. The current Ro carries is (x - v(out))/Ro; the
@@ -149,8 +149,8 @@ GOLDEN_POINTS = (("6283", "1e5", "75"), ("6e4", "20", "75"), ("2e6", "1.5", "1e3
 
 
 def print_golden_values():
-    """Table rows for Sectionresponses_test.cpp: the fixed forms at finite A and Ro > 0, where
-    no node solution can check them."""
+    """The fixed forms by value at finite A and Ro > 0, where no node solution can check them:
+    what the routines must give there, as C++ table rows."""
     print("Fixed forms by value:")
     symbols = (R1, R2, R3, R4, C1, C2)
     for label, routine, form, parts in GOLDEN_SECTIONS:

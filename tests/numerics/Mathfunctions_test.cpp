@@ -1,3 +1,5 @@
+// The guards of the small math helpers: decibels of zero and of huge parts, angles of zero,
+// and clamps whose limits cross.
 #include "numerics/Mathfunctions.h"
 
 #include <gtest/gtest.h>
@@ -38,23 +40,6 @@ TEST(Mathfunctions, AnglesInDegreesAndRadians) {
     EXPECT_DOUBLE_EQ(ComplexAngleDeg(0.0, -2.0), -90.0);
     EXPECT_EQ(SafeAtan2(0.0, 0.0), 0.0);
     EXPECT_DOUBLE_EQ(SafeAtan2(1.0, 1.0), M_PI / 4.0);
-}
-
-TEST(Mathfunctions, ComplexArithmetic) {
-    EXPECT_DOUBLE_EQ(ComplexAbs(3.0, -4.0), 5.0);
-    const Complex square = ComplexSquare(1.0, 2.0);
-    EXPECT_EQ(square.re, -3.0);
-    EXPECT_EQ(square.im, 4.0);
-    const Complex product = Complex{1.0, 2.0} * Complex{3.0, -1.0};
-    EXPECT_EQ(product.re, 5.0);
-    EXPECT_EQ(product.im, 5.0);
-}
-
-TEST(Mathfunctions, FactorialByRepeatedMultiplication) {
-    EXPECT_EQ(Factorial(0), 1.0);
-    EXPECT_EQ(Factorial(-3), 1.0);
-    EXPECT_EQ(Factorial(5), 120.0);
-    EXPECT_EQ(Factorial(20), 2432902008176640000.0);
 }
 
 TEST(Mathfunctions, ClampsTestTheLowerBoundFirst) {

@@ -49,31 +49,26 @@ TEST_F(ImageFilesTest, TurnsOnlyTheExactBackgroundWhite) {
         EXPECT_EQ(white.pixel(x, 0), BackgroundRule[x].exported) << x;
 }
 
-TEST_F(ImageFilesTest, SavesTheBitmapAt24BitsWithAWhiteBackground) {
+// The bitmap is 24 bits with the background made white; the PNG keeps what was painted.
+TEST_F(ImageFilesTest, SavesTheBitmapWhiteAndThePngAsPainted) {
     ASSERT_TRUE(directory_.isValid());
-    const std::string path = PathOf("plot.bmp");
-    SaveBmp(RuleImage(), path);
-    QFile file(QString::fromStdString(path));
+    const std::string bmp = PathOf("plot.bmp"), png = PathOf("plot.png");
+    SaveBmp(RuleImage(), bmp);
+    SavePng(RuleImage(), png);
+    QFile file(QString::fromStdString(bmp));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
     ASSERT_GT(bytes.size(), 30);
     EXPECT_EQ(bytes.left(2), QByteArray("BM"));
     EXPECT_EQ(static_cast<unsigned char>(bytes[28]) | static_cast<unsigned char>(bytes[29]) << 8,
               24);  // bits per pixel in the header
-    const QImage read(QString::fromStdString(path));
-    ASSERT_EQ(read.width(), static_cast<int>(std::size(BackgroundRule)));
-    for (int x = 0; x < read.width(); ++x)
-        EXPECT_EQ(read.pixel(x, 0), BackgroundRule[x].exported) << x;
-}
-
-TEST_F(ImageFilesTest, SavesThePngAsPainted) {
-    ASSERT_TRUE(directory_.isValid());
-    const std::string path = PathOf("plot.png");
-    SavePng(RuleImage(), path);
-    const QImage read(QString::fromStdString(path));
-    ASSERT_EQ(read.width(), static_cast<int>(std::size(BackgroundRule)));
-    for (int x = 0; x < read.width(); ++x)
-        EXPECT_EQ(read.pixel(x, 0), BackgroundRule[x].painted) << x;
+    const QImage readBmp(QString::fromStdString(bmp)), readPng(QString::fromStdString(png));
+    ASSERT_EQ(readBmp.width(), static_cast<int>(std::size(BackgroundRule)));
+    ASSERT_EQ(readPng.width(), readBmp.width());
+    for (int x = 0; x < readBmp.width(); ++x) {
+        EXPECT_EQ(readBmp.pixel(x, 0), BackgroundRule[x].exported) << x;
+        EXPECT_EQ(readPng.pixel(x, 0), BackgroundRule[x].painted) << x;
+    }
 }
 
 TEST_F(ImageFilesTest, ReportsAFileThatCannotBeWritten) {

@@ -1,3 +1,5 @@
+// The plot rendered for the screen and for files: dense screens, trace colours over the grid,
+// runs painted over each other, and labels of the real font inside their margins.
 #include "render/PlotImage.h"
 
 #include <gtest/gtest.h>
@@ -41,17 +43,6 @@ QRgb ToQRgb(Rgb colour) {
     return qRgb(colour.r, colour.g, colour.b);
 }
 
-TEST_F(PlotImageTest, RendersAtTheViewsSizeTimesTheRatio) {
-    const PlotView view = MagnitudeView(4, 100.0, 10000.0);
-    for (qreal ratio : {1.0, 1.5, 2.0}) {
-        const QImage image = RenderPlot(view, FlatTraces(-40.0), nullptr, ratio);
-        EXPECT_EQ(image.width(), static_cast<int>(view.width * ratio));
-        EXPECT_EQ(image.height(), static_cast<int>(view.height * ratio));
-        EXPECT_EQ(image.devicePixelRatio(), ratio);
-        EXPECT_EQ(image.pixel(0, 0), ToQRgb(PlotBackground));
-    }
-}
-
 // On a dense screen a gentle slope steps one device row at a time: the traces are drawn at
 // the screen's resolution. Drawn in logical pixels they would climb in two-row stairs.
 TEST_F(PlotImageTest, OnADenseScreenTracesStepAtDeviceResolution) {
@@ -59,6 +50,9 @@ TEST_F(PlotImageTest, OnADenseScreenTracesStepAtDeviceResolution) {
     Traces ramp = FlatTraces(0.0);
     for (int i = 0; i < TracePoints; ++i) ramp.magnitudeDb[i] = -10.0 - 60.0 * i / TracePoints;
     QImage image = RenderPlot(view, ramp, nullptr, 2.0);
+    EXPECT_EQ(image.width(), 2 * view.width);
+    EXPECT_EQ(image.devicePixelRatio(), 2.0);
+    EXPECT_EQ(image.pixel(0, 0), ToQRgb(PlotBackground));
     image.setDevicePixelRatio(1.0);
     const PlotGeometry g = GeometryFor(view);
     const QRgb red = ToQRgb({255, 0, 0});

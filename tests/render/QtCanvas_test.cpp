@@ -1,3 +1,5 @@
+// The Qt canvas puts lines, fills and texts on the pixels the plot and schematics expect, in
+// logical pixels on a dense screen too.
 #include "render/QtCanvas.h"
 
 #include <gtest/gtest.h>
@@ -105,19 +107,6 @@ TEST_F(QtCanvasTest, FillsUpToButNotIncludingTheFarEdges) {
         canvas.FillRect(3, 2, 7, 5, Red);
     }
     EXPECT_EQ(Painted(image), Span(3, 6, 2, 4));
-}
-
-TEST_F(QtCanvasTest, PutsATraceOnTheRowItsScaleGives) {
-    // A pulse value of 0.25 on a 100 pixel high frame whose bottom is at 110: row 85, from
-    // the left edge to the last point at 10 + round(1023 * 200 / 1024) = 210.
-    QImage image = Blank(230, 130);
-    std::array<double, TracePoints> values;
-    values.fill(0.25);
-    {
-        QtCanvas canvas(image);
-        DrawTrace(canvas, {10, 10, 200, 100}, PlotView{}, values, false, Red, PulseTrace);
-    }
-    EXPECT_EQ(Painted(image), Span(10, 210, 85, 85));
 }
 
 TEST_F(QtCanvasTest, WritesTextInsideItsExtent) {

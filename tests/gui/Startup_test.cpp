@@ -1,17 +1,13 @@
 // The program as it starts: in a new home the user's folders appear below the documents
 // folder; a program without its run-time files says so and ends; and in hostile surroundings
-// (a settings file that is a folder or a pipe, recent files and a design named at start that
-// cannot be checked) every start paints its window and says what it could not use, never
-// ending or hanging.
+// every start paints its window and says what it could not use, never ending or hanging.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
 
 #include "files/Settingsfile.h"
@@ -21,31 +17,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct ProgramRun {
-    int status;
-    std::string output;
-};
-
-// A start that hangs is ended after a while.
-ProgramRun Start(const fs::path& program, const fs::path& home,
-                 const std::string& argument = std::string()) {
-    const std::string command = "env HOME='" + home.string() +
-                                "' XDG_CONFIG_HOME= XDG_DOCUMENTS_DIR= QT_QPA_PLATFORM=offscreen "
-                                "NERIVANE_EXIT_AFTER_FIRST_PAINT=1 timeout 60 '" +
-                                program.string() + "' '" + argument + "' 2>&1";
-    FILE* pipe = ::popen(command.c_str(), "r");
-    ProgramRun run{-1, {}};
-    if (pipe == nullptr) return run;
-    char buffer[512];
-    while (std::fgets(buffer, sizeof buffer, pipe) != nullptr) run.output += buffer;
-    run.status = WEXITSTATUS(::pclose(pipe));
-    return run;
-}
-
 class Startup : public ::testing::Test {
   protected:
     void SetUp() override {
-        root = fs::temp_directory_path() / ("nerivane_startup_" + std::to_string(::getpid()));
         fs::remove_all(root);
         fs::create_directories(root / "home");
         fs::create_directories(root / "bin");
@@ -53,82 +27,76 @@ class Startup : public ::testing::Test {
     }
     void TearDown() override { fs::remove_all(root); }
 
-  public:
-    fs::path Files() const {
-        return root / "home" / "Documents" / "Kestrune" / "Nerivane" / "Files";
+    // The exit status and everything said; a start that hangs is ended after a while.
+    std::pair<int, std::string> Run(const std::string& argument = "") {
+        const std::string command =
+            "env HOME='" + (root / "home").string() +
+            "' XDG_CONFIG_HOME= XDG_DOCUMENTS_DIR= QT_QPA_PLATFORM=offscreen"
+            " NERIVANE_EXIT_AFTER_FIRST_PAINT=1 timeout 60 '" +
+            (root / "bin" / "nerivane").string() + "' '" + argument + "' 2>&1";
+        FILE* pipe = ::popen(command.c_str(), "r");
+        std::string output;
+        char buffer[512];
+        while (pipe != nullptr && std::fgets(buffer, sizeof buffer, pipe) != nullptr)
+            output += buffer;
+        return {pipe == nullptr ? -1 : WEXITSTATUS(::pclose(pipe)), output};
     }
-    std::string TooLong() const { return (root / std::string(5000, 'a')).string() + ".kq_opamp"; }
-    fs::path root;
+
+    const fs::path root =
+        fs::temp_directory_path() / ("nerivane_startup_" + std::to_string(::getpid()));
+    const fs::path kestrune = root / "home" / "Documents" / "Kestrune";
+    const fs::path files = kestrune / "Nerivane" / "Files";
 };
 
 TEST_F(Startup, AFirstStartMakesTheUsersFoldersAndASecondMakesNothing) {
     fs::create_directories(root / "bin" / "RunTime Files");
-    const ProgramRun first = Start(root / "bin" / "nerivane", root / "home");
-    ASSERT_EQ(first.status, 0) << first.output;
-    EXPECT_NE(first.output.find("first paint"), std::string::npos) << first.output;
-    const fs::path files = root / "home" / "Documents" / "Kestrune" / "Nerivane" / "Files";
+    const auto [status, output] = Run();
+    ASSERT_EQ(status, 0) << output;
+    EXPECT_NE(output.find("first paint"), std::string::npos) << output;
     EXPECT_TRUE(fs::is_directory(files));
-    const auto made = fs::last_write_time(root / "home" / "Documents" / "Kestrune");
-    ASSERT_EQ(Start(root / "bin" / "nerivane", root / "home").status, 0);
-    EXPECT_EQ(fs::last_write_time(root / "home" / "Documents" / "Kestrune"), made);
+    const auto made = fs::last_write_time(kestrune);
+    ASSERT_EQ(Run().first, 0);
+    EXPECT_EQ(fs::last_write_time(kestrune), made);
 }
 
 TEST_F(Startup, WithoutItsRunTimeFilesTheProgramSaysSoAndEnds) {
-    const ProgramRun run = Start(root / "bin" / "nerivane", root / "home");
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.output.find("The RunTime Files directory is missing."), std::string::npos)
-        << run.output;
+    const auto [status, output] = Run();
+    EXPECT_EQ(status, 1);
+    EXPECT_NE(output.find("The RunTime Files directory is missing."), std::string::npos) << output;
     EXPECT_FALSE(fs::exists(root / "home" / "Documents"));
 }
 
-struct Surroundings {
-    const char* what;
-    std::function<std::string(Startup&)> prepare;  // returns the argument to start with
-    const char* says;
-};
-
 TEST_F(Startup, EveryStartInHostileSurroundingsPaintsAndSaysWhatItCouldNotUse) {
-    const Surroundings cases[] = {
-        {"a settings folder",
-         [](Startup& e) {
-             fs::create_directory(e.Files() / "Settings.txt");
-             return std::string();
-         },
-         "cannot be read"},
-        {"a settings pipe",
-         [](Startup& e) {
-             ::mkfifo((e.Files() / "Settings.txt").c_str(), 0600);
-             return std::string();
-         },
-         "not a regular file"},
-        {"recent files that cannot be checked",
-         [](Startup& e) {
-             ProgramSettings settings;
-             settings.recentFiles = {(e.root / "loop" / "a.kq_opamp").string(), e.TooLong(), "",
-                                     ""};
-             std::ofstream(e.Files() / "Settings.txt") << SettingsText(settings);
-             return std::string();
-         },
-         ""},
-        {"a design that is a pipe",
-         [](Startup& e) {
-             ::mkfifo((e.root / "pipe.kq_opamp").c_str(), 0600);
-             return (e.root / "pipe.kq_opamp").string();
-         },
-         "not a regular file"},
-        {"a design through a loop of links",
-         [](Startup& e) { return (e.root / "loop" / "a.kq_opamp").string(); }, "symbolic links"},
-        {"a design name too long", [](Startup& e) { return e.TooLong(); }, "too long"},
-    };
     fs::create_directories(root / "bin" / "RunTime Files");
     fs::create_directory_symlink(root / "loop", root / "loop");
-    for (const Surroundings& c : cases) {
-        fs::remove_all(Files());
-        fs::create_directories(Files());
-        const ProgramRun run = Start(root / "bin" / "nerivane", root / "home", c.prepare(*this));
-        EXPECT_EQ(run.status, 0) << c.what << "\n" << run.output;
-        EXPECT_NE(run.output.find("first paint"), std::string::npos) << c.what << run.output;
-        EXPECT_NE(run.output.find(c.says), std::string::npos) << c.what << "\n" << run.output;
+    const std::string loop = (root / "loop" / "a.kq_opamp").string();
+    const std::string tooLong = (root / std::string(5000, 'a')).string() + ".kq_opamp";
+    const std::string pipe = (root / "pipe.kq_opamp").string();
+    ::mkfifo(pipe.c_str(), 0600);
+    ProgramSettings unreachable;
+    unreachable.recentFiles = {loop, tooLong, "", ""};
+    enum Settings { None, Folder, Pipe, Unreachable };
+    const struct {
+        Settings settings;
+        std::string design;
+        const char* says;
+    } cases[] = {
+        {Folder, "", "cannot be read"}, {Pipe, "", "not a regular file"},
+        {Unreachable, "", ""},          {None, pipe, "not a regular file"},
+        {None, loop, "symbolic links"}, {None, tooLong, "too long"},
+    };
+    for (const auto& c : cases) {
+        fs::remove_all(files);
+        fs::create_directories(files);
+        const fs::path settings = files / "Settings.txt";
+        if (c.settings == Folder) fs::create_directory(settings);
+        if (c.settings == Pipe) ::mkfifo(settings.c_str(), 0600);
+        if (c.settings == Unreachable) std::ofstream(settings) << SettingsText(unreachable);
+        const auto [status, output] = Run(c.design);
+        const std::string what = std::to_string(c.settings) + " " + c.design.substr(0, 60);
+        EXPECT_EQ(status, 0) << what << "\n" << output;
+        EXPECT_NE(output.find("first paint"), std::string::npos) << what << "\n" << output;
+        EXPECT_NE(output.find(c.says), std::string::npos) << what << "\n" << output;
     }
 }
 

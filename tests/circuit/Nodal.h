@@ -1,13 +1,11 @@
-// A small modified-nodal-analysis solver, the reference the closed-form circuit routines are
+// A small modified-nodal-analysis solver, the reference the closed-form section responses are
 // checked against: parts between named nodes, one complex solve per frequency. It works in
 // long double so that its own rounding stays below the doubles it is compared with.
 #pragma once
 
 #include <algorithm>
 #include <complex>
-#include <cstddef>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace nerivane::nodal {
@@ -25,70 +23,70 @@ class Circuit {
         sources_.push_back({Node(a), Node(b), 0, 0, 1.0L});
     }
     // The op amp: an internal node held at gain * (v(p) - v(m)) by an ideal source, and
-    // outputResistance from there to out (none when it is 0).
+    // outputResistance from there to out (none when it is 0). Its equation is divided by the
+    // gain so that a gain of 1e12 does not swamp the conductances.
     void OpAmp(const std::string& p, const std::string& m, const std::string& out, double gain,
                double outputResistance) {
-        std::string driven = out;
-        if (outputResistance != 0.0) {
-            driven = "x" + std::to_string(sources_.size());
-            Resistor(driven, out, outputResistance);
-        }
+        const std::string driven =
+            outputResistance != 0.0 ? "x" + std::to_string(sources_.size()) : out;
+        if (outputResistance != 0.0) Resistor(driven, out, outputResistance);
         sources_.push_back({Node(driven), 0, Node(p), Node(m), 1.0L / gain});
     }
 
-    // v(out) / v(in) at s = j w, in driven by an ideal source.
+    // v(out) / v(in) at s = j w, in driven by a one-volt source.
     std::complex<double> Transfer(const std::string& in, const std::string& out, double w) {
-        const int inNode = Node(in);
-        const int outNode = Node(out);
-        const std::size_t nodes = names_.size() - 1;  // ground has no unknown
-        const std::size_t size = nodes + sources_.size() + 1;
-        Matrix m(size, Row(size + 1, 0.0L));
-        // Adds to one entry; ground has no row or column.
-        const auto add = [&m](std::size_t row, int node, Value value) {
-            if (node != 0) m[row][node - 1] += value;
+        std::vector<Source> sources = sources_;
+        sources.push_back({Node(in), 0, 0, 0, 1.0L});
+        const int output = Node(out);
+        // Unknowns are numbered from 1: the nodes, then each source's current. Ground is 0 and
+        // has no row or column.
+        const int nodes = static_cast<int>(names_.size()) - 1;
+        const int n = nodes + static_cast<int>(sources.size());
+        std::vector<std::vector<Value>> m(n, std::vector<Value>(n + 1));
+        const auto add = [&m](int row, int col, Value v) {
+            if (row != 0 && col != 0) m[row - 1][col - 1] += v;
         };
-
         for (const Part& part : parts_) {
             const Value y = part.capacitor ? Value(0.0L, w * part.value) : Value(part.value);
-            Stamp(m, part.a, part.b, y);
+            add(part.a, part.a, y), add(part.b, part.b, y);
+            add(part.a, part.b, -y), add(part.b, part.a, -y);
         }
-        // Source k's current leaves plus and enters minus; its own row fixes the voltage.
-        for (std::size_t k = 0; k < sources_.size(); ++k) {
-            const Source& source = sources_[k];
-            const std::size_t row = nodes + k;
-            add(row, source.plus, source.weight);
-            add(row, source.minus, -source.weight);
-            add(row, source.p, -1.0L);
-            add(row, source.m, 1.0L);
-            if (source.plus != 0) m[source.plus - 1][row] += 1.0L;
-            if (source.minus != 0) m[source.minus - 1][row] -= 1.0L;
+        // A source's current leaves plus and enters minus; its own row fixes the voltage:
+        // weight * (v(plus) - v(minus)) - (v(p) - v(m)) = 0, or 1 for the input.
+        for (int k = 0; k < static_cast<int>(sources.size()); ++k) {
+            const Source& s = sources[k];
+            const int row = nodes + 1 + k;
+            add(row, s.plus, s.weight), add(row, s.minus, -s.weight);
+            add(row, s.p, -1.0L), add(row, s.m, 1.0L);
+            add(s.plus, row, 1.0L), add(s.minus, row, -1.0L);
         }
-        const std::size_t inputRow = size - 1;
-        add(inputRow, inNode, 1.0L);
-        m[inNode - 1][inputRow] = 1.0L;
-        m[inputRow][size] = 1.0L;
+        m[n - 1][n] = 1.0L;
 
-        const std::vector<Value> v = Solve(m);
-        return {static_cast<double>(v[outNode - 1].real()),
-                static_cast<double>(v[outNode - 1].imag())};
+        // Gauss-Jordan elimination with partial pivoting.
+        for (int col = 0; col < n; ++col) {
+            int pivot = col;
+            for (int row = col + 1; row < n; ++row)
+                if (std::abs(m[row][col]) > std::abs(m[pivot][col])) pivot = row;
+            std::swap(m[col], m[pivot]);
+            for (int row = 0; row < n; ++row) {
+                if (row == col) continue;
+                const Value factor = m[row][col] / m[col][col];
+                for (int k = col; k <= n; ++k) m[row][k] -= factor * m[col][k];
+            }
+        }
+        const Value v = m[output - 1][n] / m[output - 1][output - 1];
+        return {static_cast<double>(v.real()), static_cast<double>(v.imag())};
     }
 
   private:
     using Value = std::complex<long double>;
-    using Row = std::vector<Value>;
-    using Matrix = std::vector<Row>;
-
     struct Part {
         int a, b;
         long double value;  // a conductance, or a capacitance
         bool capacitor;
     };
-    // A wire: v(plus) - v(minus) = 0, with weight 1 and no controlling nodes (p = m = 0).
-    // An op amp: v(plus) / gain - (v(p) - v(m)) = 0, minus being ground. Its equation is
-    // divided by the gain so that a gain of 1e12 does not swamp the conductances.
     struct Source {
-        int plus, minus;
-        int p, m;
+        int plus, minus, p, m;  // a wire or the input has no controlling nodes (p = m = 0)
         long double weight;
     };
 
@@ -97,37 +95,6 @@ class Circuit {
         if (found != names_.end()) return static_cast<int>(found - names_.begin());
         names_.push_back(name);
         return static_cast<int>(names_.size()) - 1;
-    }
-
-    static void Stamp(Matrix& m, int a, int b, Value y) {
-        if (a != 0) m[a - 1][a - 1] += y;
-        if (b != 0) m[b - 1][b - 1] += y;
-        if (a != 0 && b != 0) {
-            m[a - 1][b - 1] -= y;
-            m[b - 1][a - 1] -= y;
-        }
-    }
-
-    // Gaussian elimination with partial pivoting on the augmented matrix.
-    static std::vector<Value> Solve(Matrix m) {
-        const std::size_t n = m.size();
-        for (std::size_t col = 0; col < n; ++col) {
-            std::size_t pivot = col;
-            for (std::size_t row = col + 1; row < n; ++row)
-                if (std::abs(m[row][col]) > std::abs(m[pivot][col])) pivot = row;
-            std::swap(m[col], m[pivot]);
-            for (std::size_t row = col + 1; row < n; ++row) {
-                const Value factor = m[row][col] / m[col][col];
-                for (std::size_t k = col; k <= n; ++k) m[row][k] -= factor * m[col][k];
-            }
-        }
-        std::vector<Value> x(n);
-        for (std::size_t row = n; row-- > 0;) {
-            Value sum = m[row][n];
-            for (std::size_t k = row + 1; k < n; ++k) sum -= m[row][k] * x[k];
-            x[row] = sum / m[row][row];
-        }
-        return x;
     }
 
     std::vector<std::string> names_{"gnd"};

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "app/Initializevars.h"
+#include "app/Plotview.h"
 
 namespace nerivane {
 namespace {
@@ -58,6 +61,21 @@ TEST(SelectMagnitudeMode, LinearThenDbRestoresTheBoxes) {
     EXPECT_TRUE(c.plotMagEnabled);
     EXPECT_EQ(state.PlotMag, 1);
     EXPECT_EQ(state.PlotMag1dB, 0);
+}
+
+// The plot follows the record's modes as far as the menus allow them: the delay-free phase only
+// when chosen and offered, the pulse only when there is one.
+TEST(PlotViewFor, ShowsWhatTheModesAndMenusAllow) {
+    const auto results = std::make_unique<DesignResults>();
+    DesignState state = DefaultDesignState();
+    state.PlotPulse = 1;
+    ControlStates controls = UpdateControlStates(state);
+    EXPECT_FALSE(PlotViewFor(state, controls, *results, 800, 500).hilbertPhase);
+    EXPECT_FALSE(PlotViewFor(state, controls, *results, 800, 500).showPulse);
+    SelectPhaseMode(state, PhaseMode::Hilbert);
+    EXPECT_TRUE(PlotViewFor(state, UpdateControlStates(state), *results, 800, 500).hilbertPhase);
+    controls.hilbertPhaseMenuEnabled = false;
+    EXPECT_FALSE(PlotViewFor(state, controls, *results, 800, 500).hilbertPhase);
 }
 
 }  // namespace

@@ -257,7 +257,7 @@ std::vector<PlotView> AssortedViews() {
     return views;
 }
 
-// The plot of five views as a log of what was drawn, each run of segments that keeps colour
+// The plot of seven views as a log of what was drawn, each run of segments that keeps colour
 // and row written once: trace order and colours, scales, labels and legend.
 std::string DrawLog(const RecordingCanvas& canvas) {
     std::ostringstream log;
@@ -300,6 +300,9 @@ TEST(DrawPlot, DrawsWhatItDrewWhenChecked) {
         {"plot-disabled-traces", [](PlotView& v, Traces&) {
              v.phaseEnabled = v.groupDelayEnabled = v.pulseEnabled = false; v.showMag10 = false; }, true},
         {"plot-traces-only", [](PlotView&, Traces&) {}, false},
+        {"plot-small-db", [](PlotView& v, Traces&) { v.height = 200; v.showReference = false; }, true},
+        {"plot-linear-without-magnitude", [](PlotView& v, Traces&) {
+             v.linearMagnitude = true; v.showMag10 = v.showMag1 = false; }, true},
     };
     // clang-format on
     for (const Row& row : rows) {

@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cmath>
-#include <complex>
 #include <string>
 
 #include "circuit/Circuitanalysis.h"
@@ -17,156 +16,93 @@ struct Design {
     int topology = 0;
     int family = Butterworth;
     int poles = 4;
-    double f0 = 5000.0;
-    double bandwidth = 2000.0;
     double gain = 1.0;
     double c1 = 1e-9;
     double c2 = 1e-8;
     ToleranceMode mode = ToleranceMode::Exact;
+    int selected = 0;
 };
 
+constexpr double F0 = 5000.0;
+
 struct Built {
-    ProtoSections prototype{};
+    Design design;
     SectionComponents parts{};
     SectionPanelHints hints;
     ComponentSettings settings;
     int sections = 0;
     double cornerScale = 1.0;
+
+    // The cascade's magnitude at f with a near-ideal op amp.
+    double Magnitude(double f) const {
+        std::array<double, 1> frequency{f};
+        std::array<Complex, 1> response{Complex{1.0, 0.0}};
+        for (int s = 0; s < sections; ++s)
+            SimulateSectionAtGain(design.topology, parts.Section(s), 1e9, 0.0, frequency, response);
+        return std::hypot(response[0].re, response[0].im);
+    }
 };
 
-int SectionsOf(const Design& d) {
-    return d.topology >= 4 ? d.poles : (d.poles + 1) / 2;
-}
-
-Built Build(const Design& d, int selected = 0) {
+Built Build(const Design& d) {
     Built b;
+    b.design = d;
     b.settings.mode = d.mode;
-    b.cornerScale = BuildPrototype(d.family, d.poles, 0.5, -0.7, b.prototype).cornerScale;
-    b.sections = SectionsOf(d);
+    ProtoSections prototype{};
+    b.cornerScale = BuildPrototype(d.family, d.poles, 0.5, -0.7, prototype).cornerScale;
+    b.sections = d.topology >= 4 ? d.poles : (d.poles + 1) / 2;
     std::array<double, MaxSections> c1, c2;
     c1.fill(d.c1);
     c2.fill(d.c2);
-    ComponentInputs inputs;
-    inputs.topology = d.topology;
-    inputs.numSections = b.sections;
-    inputs.selectedSection = selected;
-    inputs.f0 = d.f0;
-    inputs.bandwidth = d.bandwidth;
-    inputs.gain = d.gain;
-    inputs.sectionC1 = c1.data();
-    inputs.sectionC2 = c2.data();
-    CalculateComponents(inputs, b.prototype, b.settings, b.parts, b.hints);
+    const ComponentInputs inputs{d.topology, b.sections, d.selected, F0,
+                                 2000.0,     d.gain,     c1.data(),  c2.data()};
+    CalculateComponents(inputs, prototype, b.settings, b.parts, b.hints);
     return b;
 }
 
-// The cascade's magnitude at f with a near-ideal op amp.
-double Magnitude(const Built& b, int topology, double f) {
-    std::array<double, 1> frequency{f};
-    std::array<Complex, 1> response{Complex{1.0, 0.0}};
-    for (int s = 0; s < b.sections; ++s)
-        SimulateSectionAtGain(topology, b.parts.Section(s), 1e9, 0.0, frequency, response);
-    return std::hypot(response[0].re, response[0].im);
-}
-
-TEST(CalculateComponents, UnityGainVcvsStagesAreFollowers) {
-    // clang-format off
-    const struct { int topology; double gain; bool follower; } cases[] = {
-        {0, 1.0, true}, {0, 1.001, true}, {0, 1.0011, false},
-        {2, 1.0, true}, {2, 1.001, true}, {2, 1.0011, false}, {0, 2.0, false},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
-        Design d;
-        d.topology = c.topology;
-        d.gain = c.gain;
-        d.poles = 3;
-        const Built b = Build(d);
-        for (int s = 0; s < b.sections; ++s) {
-            if (c.follower) {
-                EXPECT_EQ(b.parts.R3[s], OpenMarker) << c.topology << " " << c.gain;
-                EXPECT_EQ(b.parts.R4[s], 0.0);
-            } else {
-                EXPECT_LT(b.parts.R3[s], 1e9) << c.topology << " " << c.gain;
-                EXPECT_GT(b.parts.R4[s], 0.0);
-                EXPECT_NEAR(1.0 + b.parts.R4[s] / b.parts.R3[s], c.gain, 1e-12);
+// A VCVS stage within 0.1 % of unity gain is a follower: R3 open, R4 a wire.
+TEST(CalculateComponents, NearUnityGainVcvsStagesAreFollowers) {
+    for (int topology : {0, 2})
+        for (double gain : {1.0, 1.001, 1.0011, 2.0}) {
+            const Built b = Build({.topology = topology, .poles = 3, .gain = gain});
+            for (int s = 0; s < b.sections; ++s) {
+                const double r3 = b.parts.R3[s], r4 = b.parts.R4[s];
+                if (gain <= 1.001)
+                    EXPECT_TRUE(r3 == OpenMarker && r4 == 0.0) << topology << " " << gain;
+                else
+                    EXPECT_NEAR(1.0 + r4 / r3, gain, 1e-12) << topology << " " << gain;
             }
         }
-    }
-}
-
-TEST(CalculateComponents, OddLowPassGetsAFirstOrderSection) {
-    Design d;
-    d.poles = 5;
-    const Built vcvs = Build(d);
-    EXPECT_EQ(vcvs.parts.R2[0], 0.0);
-    EXPECT_EQ(vcvs.parts.C2[0], OpenMarker);
-    d.topology = 1;
-    const Built mfb = Build(d);
-    EXPECT_EQ(mfb.parts.R3[0], 0.0);
-    EXPECT_EQ(mfb.parts.C2[0], 0.0);
-    EXPECT_EQ(mfb.parts.R4[0], AbsentMarker);
-}
-
-TEST(CalculateComponents, VcvsHighPassUsesEqualCapacitors) {
-    Design d;
-    d.topology = 2;
-    d.c1 = 4.7e-9;
-    d.c2 = 22e-9;  // typed, but the circuit needs C2 = C1
-    const Built b = Build(d);
-    for (int s = 0; s < b.sections; ++s) EXPECT_EQ(b.parts.C2[s], 4.7e-9);
-    EXPECT_FALSE(b.hints.c2PanelVisible);
-}
-
-TEST(CalculateComponents, SuggestsTenMicrosecondsOverF0) {
-    Design d;
-    d.f0 = 1000.0;
-    EXPECT_EQ(Build(d).hints.suggestedC2Text, "~ 10.0 nF");
 }
 
 // A C1 too large for the low-pass square root is stepped down the series until it fits, and
-// the panel says so.
-TEST(CalculateComponents, OversizedC1IsPushedDownBelowItsLimit) {
+// the panel says so. C2 is suggested at 10 µs / F0 (2 nF), on the capacitor series.
+TEST(SectionPanel, PushesAnOversizedC1BelowItsLimitAndSuggestsC2) {
     for (int topology : {0, 1}) {
-        Design d;
-        d.topology = topology;
-        d.c1 = 1e-6;
-        d.c2 = 1e-9;
-        const Built b = Build(d, 1);
+        const Built b = Build({.topology = topology, .c1 = 1e-6, .c2 = 1e-9, .selected = 1});
         EXPECT_LT(b.parts.C1[1], 1e-9) << topology;
         EXPECT_TRUE(b.hints.c1PushedDown);
-        EXPECT_EQ(b.hints.c1LimitText.rfind("Set < ", 0), 0u) << b.hints.c1LimitText;
-        for (int s = 0; s < b.sections; ++s) {
-            EXPECT_LT(b.parts.R1[s], FailMarker) << topology;
-            EXPECT_GT(b.parts.R1[s], 0.0);
-        }
+        EXPECT_TRUE(b.hints.c1LimitText.starts_with("Set < ")) << b.hints.c1LimitText;
+        EXPECT_EQ(b.hints.suggestedC2Text, "~ 2.20 nF");
+        for (int s = 0; s < b.sections; ++s)
+            EXPECT_TRUE(b.parts.R1[s] > 0.0 && b.parts.R1[s] < FailMarker) << topology;
     }
-    Design fits;
-    fits.c1 = 1e-10;
-    EXPECT_FALSE(Build(fits).hints.c1PushedDown);
+    EXPECT_FALSE(Build({.c1 = 1e-10}).hints.c1PushedDown);
 }
 
 TEST(CalculateComponents, StandardModeRoundsEveryResistorToTheSeries) {
     for (int topology = 0; topology <= 6; ++topology) {
-        Design d;
-        d.topology = topology;
-        d.mode = ToleranceMode::Standard;
-        d.gain = topology == 1 || topology == 3 ? 2.0 : 1.5;
-        const Built b = Build(d);
-        for (int s = 0; s < b.sections; ++s) {
+        const double gain = topology == 1 || topology == 3 ? 2.0 : 1.5;
+        const Built b =
+            Build({.topology = topology, .gain = gain, .mode = ToleranceMode::Standard});
+        for (int s = 0; s < b.sections; ++s)
             for (double r : {b.parts.R1[s], b.parts.R2[s], b.parts.R3[s], b.parts.R4[s]})
                 EXPECT_EQ(b.settings.ResistorStd(r), r) << topology << " " << r;
-        }
     }
 }
 
-class BandPassFailure : public ::testing::Test {
-  protected:
-    void SetUp() override { InstallMessageSink(&sink); }
-    void TearDown() override { InstallMessageSink(nullptr); }
+TEST(CalculateComponents, ImpossibleBandPassSplitReportsAndKeepsThePreviousValues) {
     RecordingMessageSink sink;
-};
-
-TEST_F(BandPassFailure, ImpossibleSplitReportsAndKeepsThePreviousValues) {
+    InstallMessageSink(&sink);
     ProtoSections prototype;
     ResetSections(prototype);
     prototype.DenS2[0] = 1.0;
@@ -176,15 +112,10 @@ TEST_F(BandPassFailure, ImpossibleSplitReportsAndKeepsThePreviousValues) {
     parts.R1[0] = 123.0;
     std::array<double, MaxSections> c{};
     c.fill(1e-9);
-    ComponentInputs inputs;
-    inputs.topology = 4;
-    inputs.numSections = 2;
-    inputs.f0 = 1000.0;
-    inputs.bandwidth = 1000.0;
-    inputs.sectionC1 = c.data();
-    inputs.sectionC2 = c.data();
+    const ComponentInputs inputs{4, 2, 0, 1000.0, 1000.0, 1.0, c.data(), c.data()};
     SectionPanelHints hints;
     CalculateComponents(inputs, prototype, ComponentSettings{}, parts, hints);
+    InstallMessageSink(nullptr);
     ASSERT_EQ(sink.messages.size(), 2u);
     EXPECT_EQ(sink.messages[0].text, "E_a calc fails");
     EXPECT_EQ(sink.messages[0].caption, "Error");
@@ -193,91 +124,68 @@ TEST_F(BandPassFailure, ImpossibleSplitReportsAndKeepsThePreviousValues) {
 
 // Ideal designs meet their targets: low and high pass cascades are 3 dB down at F0 to within
 // the corner grid, band passes peak at F0, a notch is deep at F0.
-struct TargetCase {
+struct Target {
     int family;
     int poles;
 };
 
 // clang-format off
-const TargetCase Targets[] = {
+const Target Targets[] = {
     {Butterworth, 2}, {Butterworth, 5}, {Chebyshev, 4}, {Bessel, 3}, {Bessel, 8},
     {Papoulis, 6}, {Gaussian, 4}, {AdjustableGauss, 7}, {AdjustableGauss, 10},
 };
 // clang-format on
 
-// Where the magnitude crosses level, by bisection between two frequencies that bracket it.
-double Crossing(const Built& b, int topology, double level, double low, double high) {
-    const bool fallsWithFrequency = Magnitude(b, topology, low) > level;
-    for (int i = 0; i < 100; ++i) {
-        const double mid = std::sqrt(low * high);
-        ((Magnitude(b, topology, mid) > level) == fallsWithFrequency ? low : high) = mid;
-    }
-    return std::sqrt(low * high);
-}
-
 TEST(IdealDesigns, LowAndHighPassCascadesAreThreeDbDownAtF0) {
-    for (int topology = 0; topology <= 3; ++topology) {
-        for (const TargetCase& t : Targets) {
+    for (int topology = 0; topology <= 3; ++topology)
+        for (const Target& t : Targets)
             for (double gain : {1.0, 2.0}) {
-                Design d;
-                d.topology = topology;
-                d.family = t.family;
-                d.poles = t.poles;
-                d.gain = gain;
-                d.c1 = topology <= 1 ? 1e-10 : 1e-8;
-                d.c2 = 1e-8;
-                const Built b = Build(d);
                 const bool lowPass = topology <= 1;
-                const double passBand = Magnitude(b, topology, lowPass ? 1e-3 * d.f0 : 1e3 * d.f0);
+                const Built b = Build({.topology = topology,
+                                       .family = t.family,
+                                       .poles = t.poles,
+                                       .gain = gain,
+                                       .c1 = lowPass ? 1e-10 : 1e-8});
+                const double passBand = b.Magnitude(lowPass ? 1e-3 * F0 : 1e3 * F0);
                 // Butterworth is exact at 1/sqrt(2); the others are searched down to 0.7071.
                 const double level = (t.family == Butterworth ? M_SQRT1_2 : 0.7071) * passBand;
-                const double corner = Crossing(b, topology, level, 0.2 * d.f0, 5.0 * d.f0);
+                // The crossing by bisection between 0.2 and 5 F0.
+                double low = 0.2 * F0, high = 5.0 * F0;
+                for (int i = 0; i < 100; ++i) {
+                    const double mid = std::sqrt(low * high);
+                    ((b.Magnitude(mid) > level) == lowPass ? low : high) = mid;
+                }
+                const double corner = std::sqrt(low * high) / F0;
                 // The prototype's corner lies on a grid of 1/512 of its unscaled corner.
                 const double grid = b.cornerScale / 512.0;
-                const std::string what =
-                    std::to_string(topology) + " family " + std::to_string(t.family) +
-                    " N=" + std::to_string(t.poles) + " K=" + std::to_string(gain);
-                if (lowPass) {
-                    EXPECT_LE(corner, d.f0 * (1.0 + 1e-6)) << what;
-                    EXPECT_GE(corner, d.f0 * (1.0 - grid - 1e-6)) << what;
-                } else {
-                    EXPECT_GE(corner, d.f0 * (1.0 - 1e-6)) << what;
-                    EXPECT_LE(corner, d.f0 / (1.0 - grid) * (1.0 + 1e-6)) << what;
-                }
+                const double lowest = lowPass ? 1.0 - grid : 1.0;
+                const double highest = lowPass ? 1.0 : 1.0 / (1.0 - grid);
+                EXPECT_TRUE(corner >= lowest - 1e-6 && corner <= highest + 1e-6)
+                    << topology << " family " << t.family << " N=" << t.poles << " K=" << gain
+                    << ": corner at " << corner << " F0";
             }
-        }
-    }
 }
 
 TEST(IdealDesigns, BandPassCascadesPeakAtF0) {
-    for (int topology : {4, 5}) {
-        for (const TargetCase& t : Targets) {
-            Design d;
-            d.topology = topology;
-            d.family = t.family == Chebyshev ? Butterworth : t.family;  // no ripple to confuse
-            d.poles = std::min(t.poles, 10);
-            d.c1 = 1e-8;
-            d.c2 = 1e-8;
-            const Built b = Build(d);
+    for (int topology : {4, 5})
+        for (const Target& t : Targets) {
+            // No ripple to confuse the search.
+            const int family = t.family == Chebyshev ? Butterworth : t.family;
+            const Built b =
+                Build({.topology = topology, .family = family, .poles = t.poles, .c1 = 1e-8});
             double bestF = 0.0, best = 0.0;
-            for (double f = 0.5 * d.f0; f <= 2.0 * d.f0; f *= 1.0005) {
-                const double m = Magnitude(b, topology, f);
-                if (m > best) best = m, bestF = f;
-            }
+            for (double f = 0.5 * F0; f <= 2.0 * F0; f *= 1.0005)
+                if (const double m = b.Magnitude(f); m > best) best = m, bestF = f;
             // The peak of an arithmetically symmetric design sits at the geometric centre.
-            EXPECT_NEAR(bestF / d.f0, 1.0, 0.01) << topology << " " << t.family << " " << t.poles;
+            EXPECT_NEAR(bestF / F0, 1.0, 0.01) << topology << " " << family << " " << t.poles;
         }
-    }
 }
 
-TEST(IdealDesigns, NotchIsAtLeastSixtyDbDownAtF0) {
+TEST(IdealDesigns, NotchIsAtLeastSixtyDbDownAtF0AndFlatBelow) {
     for (int poles : {1, 2, 5}) {
-        Design d;
-        d.topology = 6;
-        d.poles = poles;
-        const Built b = Build(d);
-        EXPECT_LT(20.0 * std::log10(Magnitude(b, 6, d.f0)), -60.0) << poles;
-        EXPECT_NEAR(Magnitude(b, 6, 1e-3 * d.f0), 1.0, 1e-3);
+        const Built b = Build({.topology = 6, .poles = poles});
+        EXPECT_LT(20.0 * std::log10(b.Magnitude(F0)), -60.0) << poles;
+        EXPECT_NEAR(b.Magnitude(1e-3 * F0), 1.0, 1e-3) << poles;
     }
 }
 

@@ -4,83 +4,70 @@
 
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace nerivane {
 namespace {
 
 using Field = std::optional<double> BiasInputs::*;
-using Value = double BiasSolution::*;
-
+using B = BiasInputs;
+using S = BiasSolution;
+const std::optional<double> no;
 const ToleranceClass& E12 = ToleranceClasses[1];
-
-struct Quantity {
-    Field input;
-    Value output;
-};
-
-const Quantity Quantities[] = {
-    {&BiasInputs::supply, &BiasSolution::supply},
-    {&BiasInputs::upper, &BiasSolution::upper},
-    {&BiasInputs::lower, &BiasSolution::lower},
-    {&BiasInputs::bias, &BiasSolution::bias},
-    {&BiasInputs::capacitance, &BiasSolution::capacitance},
-    {&BiasInputs::corner, &BiasSolution::corner},
-};
 
 BiasSolution Solve(bool decoupled, const BiasInputs& inputs) {
     return decoupled ? SolveDecoupledDivider(inputs, E12) : SolveDivider(inputs, E12);
 }
 
-struct RoundTrip {
-    bool decoupled;
-    BiasInputs given;  // one quantity left out
-    std::vector<Field> solvedBack;
-};
-
 // Whatever was solved first, clearing other quantities and solving them from the answer
 // must give the same circuit back.
 TEST(Dcbias, EveryQuantitySolvesBackToTheSameCircuit) {
-    const std::optional<double> no;
+    const std::pair<Field, double S::*> quantities[] = {
+        {&B::supply, &S::supply},
+        {&B::upper, &S::upper},
+        {&B::lower, &S::lower},
+        {&B::bias, &S::bias},
+        // The plain divider has no capacitor: these two stay empty for it.
+        {&B::capacitance, &S::capacitance},
+        {&B::corner, &S::corner}};
     // clang-format off
-    const RoundTrip trips[] = {
-        {false, {12.0, 20e3, 10e3, no, no, no},   {&BiasInputs::supply}},
-        {false, {12.0, 20e3, 10e3, no, no, no},   {&BiasInputs::upper}},
-        {false, {12.0, 20e3, 10e3, no, no, no},   {&BiasInputs::lower}},
-        {false, {5.0, no, 4.7e3, 1.65, no, no},   {&BiasInputs::bias}},
-        {false, {3.3e3, 1e6, no, 0.5, no, no},    {&BiasInputs::supply}},
-        {true,  {12.0, 100e3, no, 4.0, 1e-6, no}, {&BiasInputs::capacitance}},
-        {true,  {12.0, no, 47e3, 4.0, no, 10.0},  {&BiasInputs::upper, &BiasInputs::lower}},
-        {true,  {9.0, no, no, 4.5, 100e-9, 1.59}, {&BiasInputs::corner}},
-        {true,  {3.3, 22e3, no, 1.2, 10e-6, no},  {&BiasInputs::lower, &BiasInputs::corner}},
-        {true,  {15.0, no, no, 7.5, 2.2e-6, 0.5}, {&BiasInputs::upper, &BiasInputs::capacitance}},
+    const struct { bool decoupled; BiasInputs given; std::vector<Field> solvedBack; } trips[] = {
+        {false, {12.0, 20e3, 10e3, no, no, no},   {&B::supply}},
+        {false, {12.0, 20e3, 10e3, no, no, no},   {&B::upper}},
+        {false, {12.0, 20e3, 10e3, no, no, no},   {&B::lower}},
+        {false, {5.0, no, 4.7e3, 1.65, no, no},   {&B::bias}},
+        {false, {3.3e3, 1e6, no, 0.5, no, no},    {&B::supply}},
+        {true,  {12.0, 100e3, no, 4.0, 1e-6, no}, {&B::capacitance}},
+        {true,  {12.0, no, 47e3, 4.0, no, 10.0},  {&B::upper, &B::lower}},
+        {true,  {9.0, no, no, 4.5, 100e-9, 1.59}, {&B::corner}},
+        {true,  {3.3, 22e3, no, 1.2, 10e-6, no},  {&B::lower, &B::corner}},
+        {true,  {15.0, no, no, 7.5, 2.2e-6, 0.5}, {&B::upper, &B::capacitance}},
     };
     // clang-format on
-    for (const RoundTrip& trip : trips) {
+    for (const auto& trip : trips) {
         const BiasSolution first = Solve(trip.decoupled, trip.given);
         ASSERT_EQ(first.error, "");
         BiasInputs full;
-        // The plain divider has no capacitor: the last two quantities stay empty.
         for (std::size_t i = 0; i < (trip.decoupled ? 6u : 4u); ++i)
-            full.*Quantities[i].input = first.*Quantities[i].output;
+            full.*quantities[i].first = first.*quantities[i].second;
         for (Field cleared : trip.solvedBack) full.*cleared = std::nullopt;
         const BiasSolution back = Solve(trip.decoupled, full);
         ASSERT_EQ(back.error, "");
-        for (const Value value :
-             {&BiasSolution::supply, &BiasSolution::upper, &BiasSolution::lower,
-              &BiasSolution::bias, &BiasSolution::capacitance, &BiasSolution::corner,
-              &BiasSolution::current, &BiasSolution::thevenin})
+        for (const auto value : {&S::supply, &S::upper, &S::lower, &S::bias, &S::capacitance,
+                                 &S::corner, &S::current, &S::thevenin})
             EXPECT_NEAR(back.*value, first.*value, 1e-12 * first.*value);
     }
 }
 
+// The round trip cannot see a quantity computed wrongly the same way both times.
 TEST(Dcbias, HandWorkedCircuits) {
-    const BiasSolution divider = SolveDivider({12.0, 20e3, 10e3, {}, {}, {}}, E12);
+    const BiasSolution divider = SolveDivider({12.0, 20e3, 10e3, no, no, no}, E12);
     EXPECT_NEAR(divider.bias, 4.0, 1e-12);
     EXPECT_NEAR(divider.current, 0.4e-3, 1e-15);
     EXPECT_NEAR(divider.thevenin, 20e3 / 3.0, 1e-9);
     // R2 = R1 = 20k, so R1 || R2 = 10k; 1 uF gives 1 / (2 pi 10 ms).
-    const BiasSolution decoupled = SolveDecoupledDivider({12.0, 20e3, {}, 6.0, 1e-6, {}}, E12);
+    const BiasSolution decoupled = SolveDecoupledDivider({12.0, 20e3, no, 6.0, 1e-6, no}, E12);
     EXPECT_NEAR(decoupled.lower, 20e3, 1e-9);
     EXPECT_NEAR(decoupled.corner, 15.91549430918953, 1e-12);
 }
@@ -88,7 +75,7 @@ TEST(Dcbias, HandWorkedCircuits) {
 // 5 V to 1.2 V with R2 = 10k wants R1 = 31.67k: 33k in E12 gives 50/43 V; the 2 % series has
 // 31.5k, giving 50/41.5 V. With R1 = R2 = 22k and 10 Hz, C = 1.447 uF rounds to 1.5 uF.
 TEST(Dcbias, StandardPartsGiveTheirOwnBiasAndCorner) {
-    const BiasInputs inputs{5.0, {}, 10e3, 1.2, {}, {}};
+    const BiasInputs inputs{5.0, no, 10e3, 1.2, no, no};
     const StandardBias e12 = SolveDivider(inputs, E12).standard;
     EXPECT_DOUBLE_EQ(e12.upper, 33e3);
     EXPECT_NEAR(e12.bias, 50.0 / 43.0, 1e-12);
@@ -99,22 +86,15 @@ TEST(Dcbias, StandardPartsGiveTheirOwnBiasAndCorner) {
     EXPECT_NEAR(twoPercent.error, 50.0 / 41.5 - 1.2, 1e-12);
 
     const StandardBias decoupled =
-        SolveDecoupledDivider({12.0, 22e3, 22e3, 6.0, {}, 10.0}, E12).standard;
+        SolveDecoupledDivider({12.0, 22e3, 22e3, 6.0, no, 10.0}, E12).standard;
     EXPECT_DOUBLE_EQ(decoupled.capacitance, 1.5e-6);
     EXPECT_NEAR(decoupled.corner, 15.91549430918953 / 1.1 / 1.5, 1e-9);
     EXPECT_NEAR(decoupled.error, 0.0, 1e-12);
 }
 
-struct BadCase {
-    bool decoupled;
-    BiasInputs inputs;
-    const char* mentions;
-};
-
 TEST(Dcbias, BadInputsGiveAMessageAndNoInfinityOrNan) {
-    const std::optional<double> no;
     // clang-format off
-    const std::vector<BadCase> cases = {
+    const struct { bool decoupled; BiasInputs inputs; const char* mentions; } cases[] = {
         {false, {12.0, 0.0, 10e3, no, no, no},         "R1 must"},
         {false, {-5.0, 1e3, 1e3, no, no, no},          "Vs must"},
         {false, {12.0, 1e3, no, NAN, no, no},          "Vb must"},
@@ -136,7 +116,7 @@ TEST(Dcbias, BadInputsGiveAMessageAndNoInfinityOrNan) {
         {true,  {12.0, 1e-300, no, 4.0, 1e-300, no},   "fc is out of range"},
     };
     // clang-format on
-    for (const BadCase& c : cases) {
+    for (const auto& c : cases) {
         const BiasSolution s = Solve(c.decoupled, c.inputs);
         EXPECT_NE(s.error.find(c.mentions), std::string::npos) << c.mentions << ": " << s.error;
         for (const double value :

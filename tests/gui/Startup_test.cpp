@@ -1,6 +1,7 @@
 // The program as it starts: in a new home the user's folders appear below the documents
 // folder; a program without its run-time files says so and ends; and in hostile surroundings
-// every start paints its window and says what it could not use, never ending or hanging.
+// (settings or designs that are folders, pipes, link loops or names too long) every start
+// paints its window and says what it could not use, never ending or hanging.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <tuple>
 
 #include "files/Settingsfile.h"
 
@@ -48,7 +50,11 @@ class Startup : public ::testing::Test {
     const fs::path files = kestrune / "Nerivane" / "Files";
 };
 
-TEST_F(Startup, AFirstStartMakesTheUsersFoldersAndASecondMakesNothing) {
+TEST_F(Startup, AFirstStartMakesTheUsersFoldersOnceButNotWithoutItsRunTimeFiles) {
+    const auto [missing, said] = Run();
+    EXPECT_EQ(missing, 1);
+    EXPECT_NE(said.find("The RunTime Files directory is missing."), std::string::npos) << said;
+    EXPECT_FALSE(fs::exists(root / "home" / "Documents"));
     fs::create_directories(root / "bin" / "RunTime Files");
     const auto [status, output] = Run();
     ASSERT_EQ(status, 0) << output;
@@ -57,13 +63,6 @@ TEST_F(Startup, AFirstStartMakesTheUsersFoldersAndASecondMakesNothing) {
     const auto made = fs::last_write_time(kestrune);
     ASSERT_EQ(Run().first, 0);
     EXPECT_EQ(fs::last_write_time(kestrune), made);
-}
-
-TEST_F(Startup, WithoutItsRunTimeFilesTheProgramSaysSoAndEnds) {
-    const auto [status, output] = Run();
-    EXPECT_EQ(status, 1);
-    EXPECT_NE(output.find("The RunTime Files directory is missing."), std::string::npos) << output;
-    EXPECT_FALSE(fs::exists(root / "home" / "Documents"));
 }
 
 TEST_F(Startup, EveryStartInHostileSurroundingsPaintsAndSaysWhatItCouldNotUse) {
@@ -76,27 +75,24 @@ TEST_F(Startup, EveryStartInHostileSurroundingsPaintsAndSaysWhatItCouldNotUse) {
     ProgramSettings unreachable;
     unreachable.recentFiles = {loop, tooLong, "", ""};
     enum Settings { None, Folder, Pipe, Unreachable };
-    const struct {
-        Settings settings;
-        std::string design;
-        const char* says;
-    } cases[] = {
+    const std::tuple<Settings, std::string, const char*> cases[] = {
+        // settings, design, says
         {Folder, "", "cannot be read"}, {Pipe, "", "not a regular file"},
         {Unreachable, "", ""},          {None, pipe, "not a regular file"},
         {None, loop, "symbolic links"}, {None, tooLong, "too long"},
     };
-    for (const auto& c : cases) {
+    for (const auto& [settingsFile, design, says] : cases) {
         fs::remove_all(files);
         fs::create_directories(files);
         const fs::path settings = files / "Settings.txt";
-        if (c.settings == Folder) fs::create_directory(settings);
-        if (c.settings == Pipe) ::mkfifo(settings.c_str(), 0600);
-        if (c.settings == Unreachable) std::ofstream(settings) << SettingsText(unreachable);
-        const auto [status, output] = Run(c.design);
-        const std::string what = std::to_string(c.settings) + " " + c.design.substr(0, 60);
-        EXPECT_EQ(status, 0) << what << "\n" << output;
-        EXPECT_NE(output.find("first paint"), std::string::npos) << what << "\n" << output;
-        EXPECT_NE(output.find(c.says), std::string::npos) << what << "\n" << output;
+        if (settingsFile == Folder) fs::create_directory(settings);
+        if (settingsFile == Pipe) ::mkfifo(settings.c_str(), 0600);
+        if (settingsFile == Unreachable) std::ofstream(settings) << SettingsText(unreachable);
+        const auto [status, output] = Run(design);
+        const std::string what = std::to_string(settingsFile) + " " + design.substr(0, 60) + "\n";
+        EXPECT_EQ(status, 0) << what << output;
+        EXPECT_NE(output.find("first paint"), std::string::npos) << what << output;
+        EXPECT_NE(output.find(says), std::string::npos) << what << output;
     }
 }
 

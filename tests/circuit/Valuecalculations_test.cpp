@@ -122,6 +122,26 @@ TEST(CalculateComponents, ImpossibleBandPassSplitReportsAndKeepsThePreviousValue
     EXPECT_EQ(parts.R1[0], 123.0);
 }
 
+// Each spinner click moves a capacitor by at least one value of its series, onto the series.
+TEST(StepCapacitor, MovesAtLeastOneSeriesValue) {
+    for (const ToleranceClass& tolerance : ToleranceClasses) {
+        ComponentSettings settings;
+        settings.capacitorClass = tolerance;
+        double value = 1e-9;
+        for (int click = 0; click < 90; ++click) {
+            const bool up = click < 30;
+            const double next = StepCapacitor(settings, value, up);
+            EXPECT_TRUE(up ? next > value : next < value) << tolerance.percent << " " << value;
+            EXPECT_EQ(settings.CapacitorStd(next), next) << tolerance.percent;
+            value = next;
+        }
+    }
+    ComponentSettings e6;
+    e6.capacitorClass = *ToleranceClassOf(20);
+    EXPECT_NEAR(StepCapacitor(e6, 1e-9, true), 1.5e-9, 1e-24);
+    EXPECT_NEAR(StepCapacitor(e6, 1e-9, false), 0.68e-9, 1e-24);
+}
+
 // Ideal designs meet their targets: low and high pass cascades are 3 dB down at F0 to within
 // the corner grid, band passes peak at F0, a notch is deep at F0.
 struct Target {

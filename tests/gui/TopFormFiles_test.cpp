@@ -1,17 +1,13 @@
 // The window's files as a person meets them: designs saved and reopened through the menus and
 // exchanged with the command line, rejected files and failed saves that leave everything as it
-// was, recent files across a restart, the reference design, the exports and the printed page,
-// and the windows that show the run-time files: the help pages and pictures of every circuit,
-// the user guide, and the schematic. What the files hold is the file-format and command-line
-// tests' concern.
-#include <gtest/gtest.h>
+// was, recent files across a restart, the exports and the printed page, and the run-time files
+// shown: each circuit's help page and picture, the user guide, the schematic. What the files
+// hold is the file-format and command-line tests' concern.
 #include <unistd.h>
 
-#include <QLabel>
 #include <QPrinter>
 #include <QTextBrowser>
 #include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 
@@ -30,14 +26,9 @@ std::string Read(const std::string& path) {
     return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-bool Same(const DesignState& a, const DesignState& b) {
-    return std::memcmp(&a, &b, sizeof a) == 0;
-}
-
 class WindowFiles : public ProgramWindowTest {
   protected:
     void SetUp() override {
-        root = fs::temp_directory_path() / ("nerivane_window_files_" + std::to_string(::getpid()));
         fs::remove_all(root);
         fs::create_directories(root / "Files");
         directories.userFilesDir = directories.currentDir = (root / "Files").string();
@@ -55,7 +46,8 @@ class WindowFiles : public ProgramWindowTest {
     QString HelpText() { return Find<QTextBrowser>("HelpText").toPlainText(); }
     bool NoPicture(const char* label) { return Find<QLabel>(label).pixmap().isNull(); }
 
-    fs::path root;
+    const fs::path root =
+        fs::temp_directory_path() / ("nerivane_window_files_" + std::to_string(::getpid()));
     ProgramDirectories directories;
 };
 
@@ -124,25 +116,11 @@ TEST_F(WindowFiles, RecentFilesSurviveARestartDropMissingOnesAndNeverRepeatATitl
     EXPECT_TRUE(messages.messages.empty());
 }
 
-TEST_F(WindowFiles, TheReferenceIsSetThenExchangedBothWays) {
-    Start(&directories);
-    EXPECT_FALSE(Find("ExchangeRefButton").isEnabled());
-    Act("SetReferenceButton");
-    EXPECT_TRUE(Find<QAbstractButton>("PlotReferenceBox").isChecked());
-    Type("F0Box", "1");
-    Act("ExchangeRefButton");
-    EXPECT_EQ(Text("F0Box"), "5.000");
-    Act("ExchangeRefButton");
-    EXPECT_EQ(form().State().F0, 1000.0);
-}
-
 TEST_F(WindowFiles, ExportsAndThePrintedPageAreWritten) {
     Start(&directories);
     ASSERT_TRUE(form().SaveCircuitValuesTo(Path("values.txt")));
     ASSERT_TRUE(form().SavePartsListTo(Path("parts.csv")));
     ASSERT_TRUE(form().SavePlotBitmapTo(Path("plot.bmp")));
-    EXPECT_TRUE(Read(Path("values.txt")).starts_with("Sections are listed in order"));
-    EXPECT_FALSE(Read(Path("parts.csv")).empty());
     const QImage bitmap(QString::fromStdString(Path("plot.bmp")));
     EXPECT_EQ(bitmap.pixelColor(1, 1), QColor(Qt::white));
     QPrinter printer(QPrinter::HighResolution);

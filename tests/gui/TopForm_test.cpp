@@ -1,21 +1,16 @@
 // The main window as a person uses it: what it opens with, the controls each selection
 // enables, the keys, spinners and wheel, typed values and their repairs, the read-out over the
 // plot, the dialogs it recalculates for, and that no sequence of inputs breaks it.
-#include <gtest/gtest.h>
-
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QToolButton>
 #include <QWheelEvent>
-#include <cstring>
 #include <random>
-#include <string>
 #include <vector>
 
 #include "WindowTest.h"
 #include "app/Plotview.h"
-#include "gui/LineEditBox.h"
 #include "gui/PlotBox.h"
 #include "gui/UpDownButtons.h"
 #include "numerics/Formatfunctions.h"
@@ -114,7 +109,7 @@ TEST_F(TopFormTest, KeysStepOnlyTheChosenBox) {
     QTest::mouseClick(&Find<QLineEdit>("F0Box"), Qt::LeftButton);
     const DesignState before = form().State();
     for (Qt::Key key : {Qt::Key_Up, Qt::Key_Down, Qt::Key_F1, Qt::Key_F2}) Key(key, "F0Box");
-    EXPECT_EQ(std::memcmp(&before, &form().State(), sizeof before), 0);
+    EXPECT_TRUE(Same(before, form().State()));
 }
 
 // Keys held down step the design at once; the long calculation follows the last of them.

@@ -8,11 +8,14 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 
+#include "gui/LineEditBox.h"
 #include "gui/OffscreenApplication.h"
 #include "gui/ProgramWindows.h"
 #include "numerics/MessageSink.h"
@@ -25,6 +28,10 @@ struct WidgetsEnvironment : ::testing::Environment {
 };
 [[maybe_unused]] inline ::testing::Environment* const widgetsEnvironment =
     ::testing::AddGlobalTestEnvironment(new WidgetsEnvironment);
+
+inline bool Same(const DesignState& a, const DesignState& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
 
 template <class Widget = QWidget>
 Widget& Find(const QObject& parent, const std::string& name) {
@@ -64,7 +71,6 @@ class ProgramWindowTest : public ::testing::Test {
     void Type(const std::string& name, const QString& text) {
         QLineEdit& box = Find<QLineEdit>(name);
         box.selectAll();
-        QTest::keyClick(&box, Qt::Key_Backspace);
         QTest::keyClicks(&box, text);
         QTest::keyClick(&box, Qt::Key_Return);
     }

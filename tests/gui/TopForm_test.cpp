@@ -1,6 +1,6 @@
 // The main window as a person uses it: what it opens with, the controls each selection
 // enables, the keys, spinners and wheel, typed values and their repairs, the read-out over the
-// plot, the dialogs it recalculates for, and that no sequence of inputs breaks it.
+// plot, the dialogs it recalculates for, and that no garbage or sequence of inputs breaks it.
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -23,10 +23,10 @@ class TopFormTest : public ProgramWindowTest {
   protected:
     void SetUp() override { Start(); }
 
-    QString Caption(const char* name) { return Find(name).property("text").toString(); }
+    // Of labels, buttons and menu items alike.
+    QString Caption(const char* name) { return Find<QObject>(name).property("text").toString(); }
     bool Enabled(const QString& name) {
-        if (auto* item = form().findChild<QAction*>(name)) return item->isEnabled();
-        return Find(name.toStdString()).isEnabled();
+        return Find<QObject>(name.toStdString()).property("enabled").toBool();
     }
     bool Silver(const char* box) {
         return Find<QLineEdit>(box).palette().color(QPalette::Base) == RepairedBoxColour;
@@ -44,7 +44,6 @@ class TopFormTest : public ProgramWindowTest {
 TEST_F(TopFormTest, OpensWithTheDefaultDesignAndItsMenus) {
     EXPECT_EQ(form().windowTitle(), "Nerivane");
     EXPECT_EQ(form().width(), 725);
-    EXPECT_TRUE(Memo().contains("Section 1"));
     // The picture fills the plot box at the screen's density.
     EXPECT_EQ(Plot().Image().size(), Plot().size() * Plot().devicePixelRatioF());
     QStringList menus;  // each title and its number of entries
@@ -88,14 +87,12 @@ TEST_F(TopFormTest, SelectionsEnableOnlyTheControlsTheyUse) {
 // capacitor box last clicked; after a click into any other box they step nothing.
 TEST_F(TopFormTest, KeysStepOnlyTheChosenBox) {
     const DesignState start = form().State();
-    Key(Qt::Key_F5);
-    Key(Qt::Key_F7, "F0Box");
-    EXPECT_EQ(form().State().ResponseIndex, (start.ResponseIndex + 1) % 9);
-    EXPECT_EQ(form().State().SweepIndex, (start.SweepIndex + 1) % 6);
-    for (int i = 1; i < 9; ++i) Key(Qt::Key_F5);
-    for (int i = 1; i < 6; ++i) Key(Qt::Key_F7);
-    EXPECT_EQ(form().State().ResponseIndex, start.ResponseIndex);
-    EXPECT_EQ(form().State().SweepIndex, start.SweepIndex);
+    for (int i = 1; i <= 9; ++i) {
+        Key(Qt::Key_F5);
+        Key(Qt::Key_F7, "F0Box");
+        EXPECT_EQ(form().State().ResponseIndex, (start.ResponseIndex + i) % 9);
+        EXPECT_EQ(form().State().SweepIndex, (start.SweepIndex + i) % 6);
+    }
 
     Type("NumPolesBox", "6");
     const QString c1 = Text("C1ValueBox");
@@ -158,19 +155,6 @@ TEST_F(TopFormTest, TypedValuesAreTakenOrRepairedAndRepairsTurnSilver) {
     EXPECT_FALSE(Silver("C1ValueBox"));
 }
 
-TEST_F(TopFormTest, GarbageInEveryBoxIsRepairedAndTheNextCalculationRecovers) {
-    const char* const boxes[] = {"NumPolesBox",  "RippleBox",     "GammaBox",   "F0Box",
-                                 "BandWidthBox", "FilterGainBox", "SectionBox", "C1ValueBox",
-                                 "C2ValueBox",   "ScaleBox"};
-    for (const char* name : boxes) Find<QLineEdit>(name).setText("x!1e999,,");
-    Act("CalcButton");
-    EXPECT_EQ(Text("NumPolesBox"), "3");
-    for (int i = 0; i < 7; ++i) EXPECT_TRUE(Silver(boxes[i])) << boxes[i];  // the design's own
-    Act("CalcButton");
-    for (const char* name : {"NumPolesBox", "F0Box", "SectionBox"}) EXPECT_FALSE(Silver(name));
-    EXPECT_TRUE(Memo().contains("Section 0"));
-}
-
 TEST_F(TopFormTest, SpinnersAndTheWheelStepTheirBoxCoarserWithCtrl) {
     Spin("F0UpDown", true);
     Spin("F0UpDown", true, Qt::ControlModifier);
@@ -225,9 +209,16 @@ TEST_F(TopFormTest, LabelsAndDialogsRecalculateTheDesign) {
     EXPECT_DOUBLE_EQ(form().State().PhaseThreshold, -45.0);
 }
 
-// Every menu item but the File menu's (those ask for files) and every button on show, the
-// spinners' among them, in any order.
-TEST_F(TopFormTest, RandomInputSequencesNeverBreakTheWindow) {
+// Garbage in every box, then every menu item but the File menu's (those ask for files) and
+// every button on show, the spinners' among them, in any order.
+TEST_F(TopFormTest, GarbageAndRandomInputSequencesNeverBreakTheWindow) {
+    const char* const boxes[] = {"NumPolesBox",  "RippleBox",     "GammaBox",   "F0Box",
+                                 "BandWidthBox", "FilterGainBox", "SectionBox", "C1ValueBox",
+                                 "C2ValueBox",   "ScaleBox"};
+    for (const char* name : boxes) Find<QLineEdit>(name).setText("x!1e999,,");
+    Act("CalcButton");
+    for (int i = 0; i < 7; ++i) EXPECT_TRUE(Silver(boxes[i])) << boxes[i];  // the design's own
+    EXPECT_EQ(Text("NumPolesBox"), "3");
     std::vector<QAction*> items;
     for (QAction* menu : form().menuBar()->actions().mid(1))
         for (QAction* item : menu->menu()->actions())
@@ -251,6 +242,7 @@ TEST_F(TopFormTest, RandomInputSequencesNeverBreakTheWindow) {
     for (const char* action : {"VCVSLowPass", "ButterworthMenu", "ExactButton"}) Act(action);
     Type("NumPolesBox", "4");
     EXPECT_EQ(form().State().NumSections, 2);
+    EXPECT_FALSE(Silver("NumPolesBox"));
     EXPECT_TRUE(Memo().contains("Section 1"));
 }
 

@@ -226,23 +226,5 @@ TEST(Cli, RejectedOrMissingDesignFilesExitWithStatusOne) {
     std::remove(bad.c_str());
 }
 
-// The installed program, as a script runs it.
-TEST(Cli, ProgramRunsAsAProcess) {
-    const std::string command = std::string(NERIVANE_CLI_PATH) + " --poles abc --json - 2>&1";
-    FILE* pipe = popen(command.c_str(), "r");
-    ASSERT_NE(pipe, nullptr);
-    std::string output;
-    char buffer[4096];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, pipe)) > 0) output.append(buffer, n);
-    const int status = pclose(pipe);
-    EXPECT_EQ(WEXITSTATUS(status), 0);
-    EXPECT_NE(output.find("warning: NumPolesBox"), std::string::npos);
-    EXPECT_NE(output.find("\"prototype\""), std::string::npos);
-
-    const std::string bad = std::string(NERIVANE_CLI_PATH) + " --response foo >/dev/null 2>&1";
-    EXPECT_EQ(WEXITSTATUS(std::system(bad.c_str())), 2);
-}
-
 }  // namespace
 }  // namespace nerivane::cli

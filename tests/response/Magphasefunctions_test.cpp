@@ -1,6 +1,6 @@
-// The trace routines: edge rules as tables (single points, masking, one delay step, the delay
-// scale, the delay-free phase's referencing) and one filter against its closed form. Whole
-// designs, the delay estimate among them, are covered by the command line's golden table.
+// The trace routines: edge rules as tables (single points, masking, one delay step, the
+// delay-free phase's referencing) and one filter against its closed form. Whole designs, the
+// delay estimate and the delay scale among them, are covered by the golden table.
 #include "response/Magphasefunctions.h"
 
 #include <gtest/gtest.h>
@@ -159,50 +159,6 @@ TEST(Magphasefunctions, GroupDelayOfOneStep) {
         else
             EXPECT_NEAR(gd[1], c.expected, 1e-12 * PerRadian) << c.what;
         EXPECT_EQ(Bits(gd[0]), Bits(gd[1])) << c.what;
-    }
-}
-
-TEST(Magphasefunctions, GroupDelayOfTooShortAResponseIsNotDrawn) {
-    const Complex h{1.0, 0.0};
-    const double f = 1000.0;
-    double gd = 0.0;
-    GroupDelayResponse({&h, 1}, {&gd, 1}, {&f, 1}, -100.0);
-    EXPECT_EQ(Bits(gd), Bits(NoPlotValue));
-}
-
-struct ScaleCase {
-    const char* what;
-    std::array<double, 8> db;
-    std::array<double, 8> gd;
-    double expected;
-};
-
-// Five times the least delay within 3 dB of the peak, unless the largest delay within 20 dB
-// needs more room, then 1.25 times that; to two significant figures. Index 0 never counts.
-TEST(Magphasefunctions, GroupDelayScaleFromAKnownResponse) {
-    // clang-format off
-    const ScaleCase cases[] = {
-        {"five times the least pass-band delay",
-         {0, 0, -1, -2.5, -10, -19, -25, -2},
-         {1e-9, 3e-4, 2e-4, 2.5e-4, 1e-5, 5e-4, 9.0, 4e-4}, 1.0e-3},
-        {"room for a delay peak",
-         {0, 0, -1, -2.5, -10, -19, -25, -2},
-         {1.0, 3e-4, 2e-4, 2.5e-4, 1e-5, 1.7e-3, 9.0, 4e-4}, 2.1e-3},
-        {"levels count from the peak, not from 0 dB",
-         {12, 12, 11, 9.5, 2, -7, -13, 10},
-         {1.0, 3e-4, 2.4e-4, 2.5e-4, 1e-5, 5e-4, 9.0, 4e-4}, 1.2e-3},
-        {"a resonance alone sets both",
-         {0, 0, -1, -2.5, -10, 20, -25, -2},
-         {1.0, 3e-4, 2e-4, 2.5e-4, 1e-5, 7e-4, 9.0, 4e-4}, 3.5e-3},
-        {"a peak at index 0 sets the levels but leaves nothing within 3 dB",
-         {30, 0, -1, -2.5, -10, 20, -25, -2},
-         {1.0, 3e-4, 2e-4, 2.5e-4, 1e-5, 7e-4, 9.0, 4e-4}, 5e30},
-    };
-    // clang-format on
-    for (const ScaleCase& c : cases) {
-        std::array<Complex, 8> h;
-        for (int i = 0; i < 8; ++i) h[i] = {std::pow(10.0, c.db[i] / 20.0), 0.0};
-        EXPECT_DOUBLE_EQ(GroupDelayScale(h, c.gd), c.expected) << c.what;
     }
 }
 

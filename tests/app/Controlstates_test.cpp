@@ -10,21 +10,6 @@
 namespace nerivane {
 namespace {
 
-TEST(UpdateControlStates, EnablesTheBoxesEachSelectionUses) {
-    for (std::int32_t topology = 0; topology <= 6; ++topology) {
-        for (std::int32_t family = 0; family <= 8; ++family) {
-            DesignState state = DefaultDesignState();
-            state.TopologyIndex = topology;
-            state.ResponseIndex = family;
-            const ControlStates c = UpdateControlStates(state);
-            EXPECT_EQ(c.bandWidthEnabled, topology >= 4);
-            EXPECT_EQ(c.rippleEnabled, family == 1 || family == 2);
-            EXPECT_EQ(c.gammaEnabled, family == 5);
-            EXPECT_EQ(c.hilbertPhaseMenuEnabled, topology != 4 && topology != 5);
-        }
-    }
-}
-
 TEST(UpdateControlStates, BandPassSwitchesHilbertPhaseBackToPhase) {
     DesignState state = DefaultDesignState();
     SelectPhaseMode(state, PhaseMode::Hilbert);

@@ -17,13 +17,6 @@ std::vector<int> Sorted(const std::vector<double>& keys, bool ascending, bool* f
     return index;
 }
 
-// A single item is left alone and reported unfinished.
-TEST(SortIndexByKey, SingleItemIsLeftAloneAndReportsUnfinished) {
-    bool finished = true;
-    EXPECT_EQ(Sorted({3.0}, true, &finished), (std::vector<int>{0}));
-    EXPECT_FALSE(finished);
-}
-
 // Property: for 2 to 20 random keys the sort always finishes and the keys come out ordered,
 // in both directions.
 TEST(SortIndexByKey, FinishesAndOrdersEveryLengthUpToTwenty) {

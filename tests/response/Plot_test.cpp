@@ -18,7 +18,7 @@ namespace nerivane {
 namespace {
 
 // Records what the plot draws: every LineTo with the pen in force (invisible ones included,
-// so that the dash pattern can be read back), texts, fills and the order of it all.
+// so that the dash pattern can be read back), texts and fills.
 class RecordingCanvas : public Canvas {
   public:
     struct Segment {
@@ -36,8 +36,6 @@ class RecordingCanvas : public Canvas {
         int left, top, right, bottom;
         Rgb colour;
     };
-    enum class Call { Segment, Text, Fill };
-
     void SetPen(Rgb colour, int width, PenStyle style) override {
         colour_ = colour;
         width_ = width;
@@ -51,7 +49,6 @@ class RecordingCanvas : public Canvas {
     void LineTo(int x, int y) override {
         EXPECT_EQ(width_, 1);
         segments.push_back({x_, y_, x, y, colour_, style_});
-        calls.push_back(Call::Segment);
         x_ = x;
         y_ = y;
     }
@@ -59,7 +56,6 @@ class RecordingCanvas : public Canvas {
     void SetTextColour(Rgb colour) override { textColour_ = colour; }
     void TextOut(int x, int y, const std::string& text) override {
         texts.push_back({x, y, text, textColour_, TextExtent(text)});
-        calls.push_back(Call::Text);
     }
     // A fixed-pitch font: 7 pixels per character (UTF-8 continuation bytes take none).
     TextSize TextExtent(const std::string& text) override {
@@ -70,20 +66,12 @@ class RecordingCanvas : public Canvas {
     }
     void FillRect(int left, int top, int right, int bottom, Rgb colour) override {
         fills.push_back({left, top, right, bottom, colour});
-        calls.push_back(Call::Fill);
-    }
-
-    const Text* FindText(const std::string& text) const {
-        for (const Text& t : texts)
-            if (t.text == text) return &t;
-        return nullptr;
     }
 
     std::vector<Segment> segments;
     std::vector<std::array<int, 2>> moves;
     std::vector<Text> texts;
     std::vector<Fill> fills;
-    std::vector<Call> calls;
 
   private:
     Rgb colour_{}, textColour_{};

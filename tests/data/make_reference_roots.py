@@ -1,22 +1,8 @@
 #!/usr/bin/python3
-"""Writes the golden data of the prototype family tests.
-
-Run with Debian's interpreter and python3-mpmath:
-
-    /usr/bin/python3 tests/data/make_reference_roots.py
-
-It writes, beside itself:
-
-  reference_roots.txt   the roots of every family polynomial for N = 1 to 20, and the
-                        polynomials' coefficients, computed in 60-digit arithmetic from the
-                        definitions (integers and rationals kept exact as long as possible)
-  bessel_3db_poles.txt  the Bessel sections scaled so that the cascade is 3 dB down at
-                        1 rad/s, as the classic Bessel tables list them
-
-Nothing here starts from a double: the family parameters are turned into e from their
-decimal text, the optimum-L polynomials are built from Legendre polynomials with
-fractions, and every root is polished and its residual checked before it is written.
-"""
+"""Writes reference_roots.txt and bessel_3db_poles.txt beside itself in 60-digit arithmetic;
+run with Debian's python3-mpmath: /usr/bin/python3 make_reference_roots.py. Nothing starts
+from a double: parameters are read from their decimal text, the optimum-L polynomials are
+built from Legendre polynomials in fractions, and every root is polished and checked."""
 
 import math
 import os
@@ -26,435 +12,214 @@ import mpmath
 from mpmath import mp, mpf, mpc
 
 mp.dps = 60
-
-MAX_N = 20
-HERE = os.path.dirname(os.path.abspath(__file__))
-
-CHEBYSHEV_RIPPLES = ("0.0", "0.2", "1.0", "3.0")
-PAPOULIS_RIPPLES = ("0.2", "1.0")
+ORDERS = range(1, 21)
+CHEBYSHEV_RIPPLES = ("0.0", "0.001", "0.2", "1.0", "3.0")
+PAPOULIS_RIPPLES = ("0.0", "1e-9", "0.2", "1.0", "90")  # 0, 1e-9 and 90 dB meet the clamps
 ADJGAUSS_GAMMAS = ("-1", "-0.7", "0", "0.5", "1")
-
-# Residual accepted after polishing, relative to sum |a_i| |r|^i: far below anything a double
-# can resolve, so the written digits are all correct.
-RESIDUAL_LIMIT = mpf(10) ** -45
-
-
-# ---------------------------------------------------------------------------------------------
-# Optimum-L polynomials from the Legendre construction, exact.
+# Published rows: they pin the construction below, which the stored table is checked against.
+PUBLISHED_OPTIMUM_L = {1: [1, 0], 2: [1, 0, 0], 3: [3, -3, 1, 0], 4: [6, -8, 3, 0, 0],
+                       5: [20, -40, 28, -8, 1, 0]}
 
 
-def poly_mul(a, b):
+def mul(a, b):
     """Product of two polynomials held lowest power first."""
-    out = [Fraction(0)] * (len(a) + len(b) - 1)
-    for i, ai in enumerate(a):
-        for j, bj in enumerate(b):
-            out[i + j] += ai * bj
-    return out
+    return [sum(a[i] * b[k - i] for i in range(len(a)) if 0 <= k - i < len(b))
+            for k in range(len(a) + len(b) - 1)]
 
 
-def poly_add(a, b):
-    n = max(len(a), len(b))
-    return [(a[i] if i < len(a) else 0) + (b[i] if i < len(b) else 0) for i in range(n)]
-
-
-def poly_scale(a, c):
-    return [c * x for x in a]
-
-
-def poly_eval(a, x):
-    acc = Fraction(0)
-    for c in reversed(a):
-        acc = acc * x + c
-    return acc
-
-
-def poly_compose(a, b):
-    """a(b(u)) by Horner's scheme, both lowest power first."""
-    out = [Fraction(0)]
-    for c in reversed(a):
-        out = poly_add(poly_mul(out, b), [c])
-    return out
-
-
-def legendre(count):
-    """P_0 .. P_{count-1} in u, lowest power first, by Bonnet's recurrence."""
-    rows = [[Fraction(1)], [Fraction(0), Fraction(1)]]
-    for i in range(1, count - 1):
-        up = poly_scale(poly_mul([Fraction(0), Fraction(1)], rows[i]), Fraction(2 * i + 1, i + 1))
-        rows.append(poly_add(up, poly_scale(rows[i - 1], Fraction(-i, i + 1))))
-    return rows[:count]
+def combine(ca, a, cb, b):
+    """ca a + cb b."""
+    a, b = (p + [0] * (max(len(a), len(b)) - len(p)) for p in (a, b))
+    return [ca * x + cb * y for x, y in zip(a, b)]
 
 
 def optimum_l(n):
     """L_n(x), x = w^2, as integers, highest power first.
 
-    Odd n = 2k+1: the integral from -1 to 2x-1 of [sum_{i<=k} (2i+1) P_i(u)]^2 du.
-    Even n = 2k+2: the integral from -1 to 2x-1 of (u+1) [sum over i<=k, i = k mod 2, of
-    (2i+1) P_i(u)]^2 du. Either is then scaled so that L_n(1) = 1.
+    With Q_i(t) = P_i(2t - 1) the Legendre polynomials moved to [0, 1], L_n(x) is the integral
+    from 0 to x of [sum_{i<=k} (2i+1) Q_i(t)]^2 for odd n = 2k+1, and of
+    t [sum over i<=k, i = k mod 2, of (2i+1) Q_i(t)]^2 for even n = 2k+2, scaled to L_n(1) = 1.
     """
-    p = legendre(n + 1)
-    if n % 2:
-        k = (n - 1) // 2
-        terms = range(0, k + 1)
-        weight = [Fraction(1)]
-    else:
-        k = (n - 2) // 2
-        terms = range(k % 2, k + 1, 2)
-        weight = [Fraction(1), Fraction(1)]
+    q = [[Fraction(1)], [Fraction(-1), Fraction(2)]]
+    for i in range(1, n):  # Bonnet: (i+1) Q_{i+1} = (2i+1)(2t-1) Q_i - i Q_{i-1}
+        q.append(combine(Fraction(2 * i + 1, i + 1), mul(q[1], q[i]),
+                         Fraction(-i, i + 1), q[i - 1]))
+    k = (n - 1) // 2
     inner = [Fraction(0)]
-    for i in terms:
-        inner = poly_add(inner, poly_scale(p[i], Fraction(2 * i + 1)))
-    integrand = poly_mul(weight, poly_mul(inner, inner))
-    antiderivative = [Fraction(0)] + [c / (i + 1) for i, c in enumerate(integrand)]
-    antiderivative[0] = -poly_eval(antiderivative, Fraction(-1))
-    in_x = poly_compose(antiderivative, [Fraction(-1), Fraction(2)])
-    in_x = poly_scale(in_x, 1 / poly_eval(in_x, Fraction(1)))
-    while len(in_x) > n + 1 and in_x[-1] == 0:
-        in_x.pop()
-    assert len(in_x) == n + 1, n
-    assert all(c.denominator == 1 for c in in_x), (n, in_x)
-    return [int(c) for c in reversed(in_x)]
+    for i in (range(0, k + 1) if n % 2 else range(k % 2, k + 1, 2)):
+        inner = combine(1, inner, 2 * i + 1, q[i])
+    integrand = mul(inner, inner) if n % 2 else mul([0, 1], mul(inner, inner))
+    integral = [Fraction(0)] + [c / (j + 1) for j, c in enumerate(integrand)]
+    row = [c / sum(integral) for c in reversed(integral)]
+    assert len(row) == n + 1 and all(c.denominator == 1 for c in row), (n, row)
+    assert PUBLISHED_OPTIMUM_L.get(n, row) == row, n
+    return [int(c) for c in row]
 
 
-OPTIMUM_L_FIRST_ROWS = {
-    1: [1, 0],
-    2: [1, 0, 0],
-    3: [3, -3, 1, 0],
-    4: [6, -8, 3, 0, 0],
-    5: [20, -40, 28, -8, 1, 0],
-}
+def epsilon(ripple, fraction, low, high):
+    """sqrt(10^(fraction ripple) - 1) clamped to [low, high]."""
+    return min(max(mp.sqrt(mpf(10) ** (mpf(fraction) * mpf(ripple)) - 1), mpf(low)), mpf(high))
 
 
-# ---------------------------------------------------------------------------------------------
-# Family polynomials, highest power first, as mpf values (exact where the definition is).
+# The family polynomials, highest power first, exactly as the builders define them.
 
 
-def decimal(text):
-    return mpf(text)
+def even(coefficient, n):
+    """sum_{k<=n} coefficient(k) s^(2k)."""
+    return [c for k in range(n, 0, -1) for c in (coefficient(k), mpf(0))] + [coefficient(0)]
 
 
-def clamp(lo, x, hi):
-    return lo if x < lo else (hi if x > hi else x)
+def bessel(n, _):
+    """s^N + sum_i (2N-i)!/(i! (N-i)! 2^(N-i)) s^i."""
+    f = math.factorial
+    return [mpf(f(2 * n - i)) / (f(i) * f(n - i) * 2 ** (n - i)) for i in range(n, -1, -1)]
 
 
-def bessel_polynomial(n):
-    coefficients = [mpf(1)]
-    for i in range(n - 1, -1, -1):
-        value = Fraction(math.factorial(2 * n - i),
-                         math.factorial(i) * math.factorial(n - i) * 2 ** (n - i))
-        assert value.denominator == 1
-        coefficients.append(mpf(int(value)))
-    return coefficients
+def adjgauss(n, gamma):
+    """1 + sum_{k>=1} (-1)^k (k!)^g s^(2k), g = 2 gamma for gamma > 0, else gamma; the
+    Gaussian's sum_k (-1)^k s^(2k) / k! is gamma = -1."""
+    g = 2 * mpf(gamma) if mpf(gamma) > 0 else mpf(gamma)
+    return even(lambda k: (-1) ** k * mpf(math.factorial(k)) ** g, n)
 
 
-def even_polynomial(coefficient_of_s2k, n):
-    """The degree-2n polynomial sum_k c_k s^(2k), highest power first."""
-    coefficients = []
-    for k in range(n, -1, -1):
-        coefficients.append(coefficient_of_s2k(k))
-        if k:
-            coefficients.append(mpf(0))
-    return coefficients
+def papoulis(n, ripple):
+    """1 + e L_N(-s^2), e = sqrt(10^(0.5 ripple) - 1) clamped to [0.001, 10000]."""
+    e, x = epsilon(ripple, "0.5", "0.001", 10000), optimum_l(n)[::-1]
+    return even(lambda k: mpf(1) if k == 0 else e * (-1) ** k * x[k], n)
 
 
-def gaussian_polynomial(n):
-    return even_polynomial(lambda k: (-1) ** k / mpf(math.factorial(k)), n)
+def closed_form_poles(n, ripple=None):
+    """Butterworth pole k = (-sin t, cos t), t = (2k+1) pi / 2N; Chebyshev (-sinh a sin t,
+    cosh a cos t), a = asinh(1/e)/N, e = sqrt(10^(0.1 ripple) - 1) clamped to [1e-5, 0.996]."""
+    a = mp.asinh(1 / epsilon(ripple, "0.1", "1e-5", "0.996")) / n if ripple else None
+    sinh_a, cosh_a = (mp.sinh(a), mp.cosh(a)) if ripple else (1, 1)
+    return [mpc(-sinh_a * mp.sin(t), cosh_a * mp.cos(t))
+            for t in ((2 * k + 1) * (mp.pi / 2) / n for k in range(n))]
 
 
-def adjgauss_exponent(gamma):
-    return 2 * gamma if gamma > 0 else gamma
-
-
-def adjgauss_polynomial(n, gamma):
-    g = adjgauss_exponent(gamma)
-    return even_polynomial(
-        lambda k: mpf(1) if k == 0 else (-1) ** k * mpf(math.factorial(k)) ** g, n)
-
-
-def chebyshev_e(ripple):
-    return clamp(mpf("1e-5"), mp.sqrt(mpf(10) ** (mpf("0.1") * ripple) - 1), mpf("0.996"))
-
-
-def papoulis_e(ripple):
-    return clamp(mpf("0.001"), mp.sqrt(mpf(10) ** (mpf("0.5") * ripple) - 1), mpf(10000))
-
-
-def papoulis_polynomial(n, ripple):
-    e = papoulis_e(ripple)
-    row = optimum_l(n)  # highest power of x first
-    x_coefficients = list(reversed(row))  # lowest first
-    return even_polynomial(
-        lambda k: mpf(1) if k == 0 else e * (-1) ** k * x_coefficients[k], n)
-
-
-# ---------------------------------------------------------------------------------------------
-# Roots.
-
-
-def horner_with_derivative(coefficients, z):
-    value = mpc(0)
-    derivative = mpc(0)
+def horner(coefficients, z):
+    """p(z), p'(z) and sum |a_i| |z|^i, the scale of p(z) against which residuals are judged."""
+    value, derivative, size = mpc(0), mpc(0), mpf(0)
     for c in coefficients:
         derivative = derivative * z + value
         value = value * z + c
-    return value, derivative
-
-
-def absolute_sum(coefficients, z):
-    """sum |a_i| |z|^i, the scale of p(z) against which residuals are judged."""
-    r = abs(z)
-    acc = mpf(0)
-    for c in coefficients:
-        acc = acc * r + abs(c)
-    return acc
-
-
-def condition_number(coefficients, z):
-    _, derivative = horner_with_derivative(coefficients, z)
-    return absolute_sum(coefficients, z) / (abs(z) * abs(derivative))
-
-
-def polish(coefficients, z):
-    with mp.workdps(mp.dps + 40):
-        for _ in range(20):
-            value, derivative = horner_with_derivative(coefficients, z)
-            step = value / derivative
-            z -= step
-            if abs(step) <= abs(z) * mpf(10) ** -(mp.dps + 30):
-                break
-    return z
+        size = size * abs(z) + abs(c)
+    return value, derivative, size
 
 
 def roots_of(coefficients):
-    """All roots of a polynomial (highest power first), polished and checked."""
-    degree = len(coefficients) - 1
-    even = degree % 2 == 0 and all(c == 0 for c in coefficients[1::2])
-    if even and degree > 0:
+    """All roots of a polynomial, polished by Newton's method at 100 digits and checked."""
+    if len(coefficients) % 2 and all(c == 0 for c in coefficients[1::2]):
         # The even polynomials are solved in x = s^2 (half the degree, far better behaved),
         # then both square roots of every x root are polished on the full polynomial.
-        half = coefficients[0::2]
-        x_roots = mpmath.polyroots(half, maxsteps=2000, extraprec=600)
-        candidates = []
-        for x in x_roots:
-            s = mp.sqrt(mpc(x))
-            candidates += [s, -s]
+        x_roots = mpmath.polyroots(coefficients[0::2], maxsteps=2000, extraprec=600)
+        candidates = [sign * mp.sqrt(mpc(x)) for x in x_roots for sign in (1, -1)]
     else:
-        candidates = list(mpmath.polyroots(coefficients, maxsteps=2000, extraprec=600))
-    roots = [polish(coefficients, mpc(z)) for z in candidates]
-    assert len(roots) == degree
-    for z in roots:
-        value, _ = horner_with_derivative(coefficients, z)
-        assert abs(value) <= RESIDUAL_LIMIT * absolute_sum(coefficients, z), (coefficients, z)
-    # Distinct roots whose elementary symmetric functions give back the polynomial: no root
-    # was found twice while another was missed.
-    for i in range(degree):
-        for j in range(i + 1, degree):
-            assert abs(roots[i] - roots[j]) > mpf(10) ** -20 * abs(roots[i]), (i, j)
-    rebuilt = [mpc(1)]
-    for z in roots:
-        rebuilt = [a - z * b for a, b in zip(rebuilt + [0], [0] + rebuilt)]
-    lead = coefficients[0]
-    scale = max(abs(c) for c in coefficients)
-    for a, b in zip(rebuilt, coefficients):
-        assert abs(a * lead - b) <= mpf(10) ** -35 * scale, (a * lead, b)
+        candidates = mpmath.polyroots(coefficients, maxsteps=2000, extraprec=600)
+    roots = []
+    for z in map(mpc, candidates):
+        with mp.workdps(mp.dps + 40):
+            for _ in range(20):
+                value, derivative, _ = horner(coefficients, z)
+                z -= value / derivative
+                if abs(value / derivative) <= abs(z) * mpf(10) ** -(mp.dps + 30):
+                    break
+        value, _, size = horner(coefficients, z)
+        assert abs(value) <= mpf(10) ** -45 * size, (coefficients, z)
+        # Polished to 130 digits, two copies of one root would coincide: distinct roots, as
+        # many as the degree, are all the roots.
+        assert all(abs(z - other) > mpf(10) ** -20 * abs(z) for other in roots), z
+        roots.append(z)
+    assert len(roots) == len(coefficients) - 1
     return sorted(roots, key=lambda z: (z.real, z.imag))
 
 
-# ---------------------------------------------------------------------------------------------
-# Closed forms.
-
-HALF_PI = mp.pi / 2
+def number(x, digits=18):
+    return mpmath.nstr(x, digits, min_fixed=1, max_fixed=0, strip_zeros=digits < 18)
 
 
-def butterworth_poles(n):
-    poles = []
-    for k in range(n):
-        t = (2 * k + 1) * HALF_PI / n
-        poles.append(mpc(-mp.sin(t), mp.cos(t)))
-    return poles
-
-
-def chebyshev_poles(n, ripple):
-    a = mp.asinh(1 / chebyshev_e(ripple)) / n
-    poles = []
-    for k in range(n):
-        t = (2 * k + 1) * HALF_PI / n
-        poles.append(mpc(-mp.sinh(a) * mp.sin(t), mp.cosh(a) * mp.cos(t)))
-    return poles
-
-
-# ---------------------------------------------------------------------------------------------
-# Output.
-
-
-def number(x):
-    return mpmath.nstr(x, 18, min_fixed=1, max_fixed=0, strip_zeros=False)
-
-
-def short(x):
-    return mpmath.nstr(x, 4, min_fixed=1, max_fixed=0)
-
-
-def root_line(family, param, n, z, kappa):
-    im = z.imag if abs(z.imag) > mpf(10) ** -50 * abs(z) else mpf(0)
-    return f"root {family} {param} {n} {number(z.real)} {number(im)} {short(kappa)}"
-
-
-def coefficient_line(family, param, n, coefficients):
-    return f"poly {family} {param} {n} {len(coefficients) - 1} " + " ".join(
-        number(c) for c in coefficients)
-
-
-def polynomial_families():
-    for n in range(1, MAX_N + 1):
-        yield "bessel", "0", n, bessel_polynomial(n)
-    for n in range(1, MAX_N + 1):
-        yield "gaussian", "0", n, gaussian_polynomial(n)
-    for gamma in ADJGAUSS_GAMMAS:
-        for n in range(1, MAX_N + 1):
-            yield "adjgauss", gamma, n, adjgauss_polynomial(n, decimal(gamma))
-    for ripple in PAPOULIS_RIPPLES:
-        for n in range(1, MAX_N + 1):
-            yield "papoulis", ripple, n, papoulis_polynomial(n, decimal(ripple))
-
-
-HEADER = """\
-# Reference roots of the prototype families, N = 1 to 20.
-# Made by tests/data/make_reference_roots.py (Debian python3 with python3-mpmath, 60 digits);
-# do not edit, run the script again.
-#
-# Lines:
-#   poly FAMILY PARAM N DEGREE c_0 ... c_DEGREE   the family polynomial, highest power first
-#   root FAMILY PARAM N RE IM KAPPA               one root of it, or one closed-form pole
-# FAMILY is butterworth, chebyshev, bessel, gaussian, adjgauss or papoulis; PARAM is the
-# ripple in dB (chebyshev, papoulis), gamma (adjgauss) or 0. The roots of a case are listed
-# in no particular order; every root the builder delivers is listed, so there are N of them
-# for butterworth, chebyshev and bessel and 2N for the others.
-#
-# The polynomials are exactly the builders' definitions, evaluated without rounding:
-#   bessel:   s^N + sum_i (2N-i)!/(i! (N-i)! 2^(N-i)) s^i
-#   gaussian: sum_k (-1)^k s^(2k) / k!
-#   adjgauss: 1 + sum_{k>=1} (-1)^k (k!)^g s^(2k), g = 2 gamma for gamma > 0, else gamma.
-#             The roots are those of this polynomial BEFORE the builder multiplies every
-#             imaginary part by 1.1: the test applies that stretch itself.
-#   papoulis: 1 + e L_N(-s^2), e = sqrt(10^(0.5 ripple) - 1) clamped to [0.001, 10000], with
-#             the optimum-L polynomial L_N built here from Legendre polynomials in exact
-#             rationals (its integer coefficients follow on the optL lines).
-# The closed forms:
-#   butterworth: pole k = (-sin t, cos t), t = (2k+1) pi / (2N)
-#   chebyshev:   a = asinh(1/e)/N, pole k = (-sinh a sin t, cosh a cos t), with
-#                e = sqrt(10^(0.1 ripple) - 1) clamped to [1e-5, 0.996]
-#
-# KAPPA is the relative condition number of the root, sum_i |a_i| |r|^i / (|r| |p'(r)|): a
-# relative change of eps in every coefficient moves the root by at most about KAPPA eps,
-# relative to |r|. It is 1 for the closed forms.
-#
-# Every root was polished by Newton's method at 100 digits; its residual is below 1e-45 of
-# sum |a_i| |r|^i, and the roots multiplied out give back the polynomial's coefficients.
-"""
-
-
-def write_reference_roots(path):
-    lines = [HEADER.rstrip("\n")]
-    lines.append("#   optL N c_N ... c_0                            L_N(x), highest power first")
-    for n in range(1, MAX_N + 1):
-        row = optimum_l(n)
-        if n in OPTIMUM_L_FIRST_ROWS:
-            assert row == OPTIMUM_L_FIRST_ROWS[n], (n, row)
-        assert row[-1] == 0 and sum(row) == 1
-        lines.append(f"optL {n} " + " ".join(str(c) for c in row))
-    for n in range(1, MAX_N + 1):
-        for z in butterworth_poles(n):
-            lines.append(root_line("butterworth", "0", n, z, 1))
-    for ripple in CHEBYSHEV_RIPPLES:
-        for n in range(1, MAX_N + 1):
-            for z in chebyshev_poles(n, decimal(ripple)):
-                lines.append(root_line("chebyshev", ripple, n, z, 1))
-    worst = {}
-    for family, param, n, coefficients in polynomial_families():
-        lines.append(coefficient_line(family, param, n, coefficients))
-        for z in roots_of(coefficients):
-            kappa = condition_number(coefficients, z)
-            key = (family, param)
-            worst[key] = max(worst.get(key, mpf(0)), kappa)
-            lines.append(root_line(family, param, n, z, kappa))
-    with open(path, "w") as out:
-        out.write("\n".join(lines) + "\n")
-    for (family, param), kappa in worst.items():
-        print(f"{family} {param}: largest condition number {short(kappa)}")
-
-
-# ---------------------------------------------------------------------------------------------
-# Bessel sections normalised to 3 dB at 1 rad/s.
-
-
-def magnitude_squared(roots, w):
-    """|H(jw)|^2 of the all-pole filter with these poles and H(0) = 1."""
-    acc = mpf(1)
+def case_lines(family, param, n):
+    """The poly line of a case, if it has a polynomial, and one root line for each root."""
+    coefficients = None
+    if family in ("butterworth", "chebyshev"):
+        roots = closed_form_poles(n, param if family == "chebyshev" else None)
+    else:
+        coefficients = {"bessel": bessel, "gaussian": lambda n, _: adjgauss(n, "-1"),
+                        "adjgauss": adjgauss, "papoulis": papoulis}[family](n, param)
+        roots = roots_of(coefficients)
+        yield f"poly {family} {param} {n} {len(coefficients) - 1} " + " ".join(
+            map(number, coefficients))
     for z in roots:
-        acc *= abs(z) ** 2 / abs(mpc(0, w) - z) ** 2
-    return acc
+        kappa = 1
+        if coefficients:
+            _, derivative, size = horner(coefficients, z)
+            kappa = size / (abs(z) * abs(derivative))
+        im = z.imag if abs(z.imag) > mpf(10) ** -50 * abs(z) else mpf(0)
+        yield f"root {family} {param} {n} {number(z.real)} {number(im)} {number(kappa, 4)}"
 
 
-def crossing_frequency(roots, magnitude):
-    target = magnitude**2
-    lo, hi = mpf(0), mpf(1)
-    while magnitude_squared(roots, hi) > target:
-        hi *= 2
-    w = mp.findroot(lambda w: magnitude_squared(roots, w) - target, (lo + hi) / 2, tol=1e-50)
-    assert abs(magnitude_squared(roots, w) - target) < mpf(10) ** -45
-    # Magnitude falls monotonically for a Bessel filter, so the crossing found is the only one.
-    assert magnitude_squared(roots, w * (1 - mpf(10) ** -6)) > target
-    return w
+REFERENCE_HEADER = """\
+# Made by make_reference_roots.py, where the definitions are; do not edit, run it again.
+#   optL N c_N ... c_0                            the optimum-L polynomial, highest power first
+#   poly FAMILY PARAM N DEGREE c_0 ... c_DEGREE   the family polynomial, highest power first
+#   root FAMILY PARAM N RE IM KAPPA               every root the builder delivers, any order
+# PARAM is the ripple in dB, gamma (adjgauss) or 0. The adjgauss roots are the polynomial's,
+# before the builder stretches imaginary parts by 1.1. KAPPA is the root's relative condition
+# number sum_i |a_i| |r|^i / (|r| |p'(r)|), 1 for the closed forms."""
+
+
+def reference_lines():
+    yield REFERENCE_HEADER
+    for n in ORDERS:
+        yield f"optL {n} " + " ".join(map(str, optimum_l(n)))
+    for family, params in (("butterworth", ("0",)), ("chebyshev", CHEBYSHEV_RIPPLES),
+                           ("bessel", ("0",)), ("gaussian", ("0",)),
+                           ("adjgauss", ADJGAUSS_GAMMAS), ("papoulis", PAPOULIS_RIPPLES)):
+        for param in params:
+            for n in ORDERS:
+                yield from case_lines(family, param, n)
 
 
 BESSEL_HEADER = """\
-# Bessel low-pass sections scaled so that the whole cascade is 3 dB down (|H| = 1/sqrt 2)
-# at 1 rad/s, N = 2 to 20, as the classic Bessel filter tables list them.
-# Made by tests/data/make_reference_roots.py (Debian python3 with python3-mpmath, 60 digits);
-# do not edit, run the script again.
-#
-# Lines:
-#   w3db N W3 W7071           the 3 dB frequency of the unscaled reverse Bessel polynomial
-#                             (poles of delay 1 s); the sections below are its poles / W3.
-#                             W7071 is where |H| falls to 0.7071, a little beyond W3
-#   section N ORDER W0 DAMPING Q
-# ORDER is 1 for the real pole (W0 = |p|, DAMPING 1, Q 0.5) and 2 for a conjugate pair
-# (W0 = |p|, DAMPING = -Re p / |p|, Q = 1 / (2 DAMPING)). Sections are listed from the highest
-# damping to the lowest, the real pole counting as damping 1.
-#
-# A corner taken as the first point of a grid of step h rad/s (on the unscaled poles) where
-# |H| < 0.7071 lands in [W7071, W7071 + h), so the W0 scaled by it are these W0 times
-# W3 / corner: smaller by up to about h / W3 relative (a little more, as W7071 > W3). DAMPING
-# and Q do not depend on the scaling at all.
-"""
+# Bessel sections 3 dB down at 1 rad/s as the classic tables list them, by damping; made by
+# make_reference_roots.py, do not edit.
+#   w3db N W3 W7071                where |H| of the reverse Bessel polynomial falls to
+#                                  1/sqrt 2 and to 0.7071; the sections are its poles / W3
+#   section N ORDER W0 DAMPING Q   ORDER 1 for the real pole, 2 for a conjugate pair"""
 
 
-def write_bessel_3db(path):
-    lines = [BESSEL_HEADER.rstrip("\n")]
-    for n in range(2, MAX_N + 1):
-        roots = roots_of(bessel_polynomial(n))
+def crossing_frequency(roots, level):
+    """Where |H(jw)| of the all-pole filter with these poles and H(0) = 1 falls to level."""
+    def excess(w):
+        return mp.fprod(abs(z) ** 2 / abs(mpc(0, w) - z) ** 2 for z in roots) - level ** 2
+    hi = mpf(1)
+    while excess(hi) > 0:
+        hi *= 2
+    w = mp.findroot(excess, hi / 2, tol=1e-50)
+    assert abs(excess(w)) < mpf(10) ** -45
+    # Magnitude falls monotonically for a Bessel filter, so the crossing found is the only one.
+    assert excess(w * (1 - mpf(10) ** -6)) > 0
+    return w
+
+
+def bessel_lines():
+    yield BESSEL_HEADER
+    for n in ORDERS[1:]:
+        roots = roots_of(bessel(n, None))
         w3 = crossing_frequency(roots, 1 / mp.sqrt(2))
-        w7071 = crossing_frequency(roots, mpf("0.7071"))
-        lines.append(f"w3db {n} {number(w3)} {number(w7071)}")
-        sections = []
-        for z in roots:
-            if abs(z.imag) <= mpf(10) ** -40 * abs(z):
-                sections.append((mpf(1), 1, abs(z) / w3))
-            elif z.imag > 0:
-                sections.append((-z.real / abs(z), 2, abs(z) / w3))
+        yield f"w3db {n} {number(w3)} {number(crossing_frequency(roots, mpf('0.7071')))}"
+        real = [z for z in roots if abs(z.imag) <= mpf(10) ** -40 * abs(z)]
+        sections = [(mpf(1), 1, abs(z) / w3) for z in real]
+        sections += [(-z.real / abs(z), 2, abs(z) / w3)
+                     for z in roots if z not in real and z.imag > 0]
         assert len(sections) == (n + 1) // 2
         for damping, order, w0 in sorted(sections, key=lambda item: -item[0]):
-            lines.append(f"section {n} {order} {number(w0)} {number(damping)} "
-                         f"{number(1 / (2 * damping))}")
-    with open(path, "w") as out:
-        out.write("\n".join(lines) + "\n")
-
-
-def main():
-    write_reference_roots(os.path.join(HERE, "reference_roots.txt"))
-    write_bessel_3db(os.path.join(HERE, "bessel_3db_poles.txt"))
+            yield f"section {n} {order} {number(w0)} {number(damping)} {number(1 / (2 * damping))}"
 
 
 if __name__ == "__main__":
-    main()
+    assert bessel(3, None) == [1, 6, 15, 15]  # the textbook cubic
+    for name, lines in (("reference_roots.txt", reference_lines()),
+                        ("bessel_3db_poles.txt", bessel_lines())):
+        with open(os.path.join(os.path.dirname(os.path.abspath(__file__)), name), "w") as out:
+            out.write("\n".join(lines) + "\n")

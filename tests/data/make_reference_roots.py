@@ -61,9 +61,6 @@ def epsilon(ripple, fraction, low, high):
     return min(max(mp.sqrt(mpf(10) ** (mpf(fraction) * mpf(ripple)) - 1), mpf(low)), mpf(high))
 
 
-# The family polynomials, highest power first, exactly as the builders define them.
-
-
 def even(coefficient, n):
     """sum_{k<=n} coefficient(k) s^(2k)."""
     return [c for k in range(n, 0, -1) for c in (coefficient(k), mpf(0))] + [coefficient(0)]
@@ -109,15 +106,8 @@ def horner(coefficients, z):
 
 def roots_of(coefficients):
     """All roots of a polynomial, polished by Newton's method at 100 digits and checked."""
-    if len(coefficients) % 2 and all(c == 0 for c in coefficients[1::2]):
-        # The even polynomials are solved in x = s^2 (half the degree, far better behaved),
-        # then both square roots of every x root are polished on the full polynomial.
-        x_roots = mpmath.polyroots(coefficients[0::2], maxsteps=2000, extraprec=600)
-        candidates = [sign * mp.sqrt(mpc(x)) for x in x_roots for sign in (1, -1)]
-    else:
-        candidates = mpmath.polyroots(coefficients, maxsteps=2000, extraprec=600)
     roots = []
-    for z in map(mpc, candidates):
+    for z in map(mpc, mpmath.polyroots(coefficients, maxsteps=2000, extraprec=600)):
         with mp.workdps(mp.dps + 40):
             for _ in range(20):
                 value, derivative, _ = horner(coefficients, z)

@@ -140,10 +140,9 @@ def case_lines(family, param, n):
         yield f"poly {family} {param} {n} {len(coefficients) - 1} " + " ".join(
             map(number, coefficients))
     for z in roots:
-        kappa = 1
         if coefficients:
             _, derivative, size = horner(coefficients, z)
-            kappa = size / (abs(z) * abs(derivative))
+        kappa = size / (abs(z) * abs(derivative)) if coefficients else 1
         im = z.imag if abs(z.imag) > mpf(10) ** -50 * abs(z) else mpf(0)
         yield f"root {family} {param} {n} {number(z.real)} {number(im)} {number(kappa, 4)}"
 

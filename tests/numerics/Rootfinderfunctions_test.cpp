@@ -82,7 +82,7 @@ TEST(RootFinder, RefusesLeadingZerosNonFiniteCoefficientsAndFamilyDegreesAboveIt
 // to stay out of underflow. The roots of z^100 - 1 share one modulus, so no order of extraction
 // keeps the deflation exact and the later ones lose digits (about 1e-5, though each root's
 // condition number is 0.02); all hundred must still be delivered.
-TEST(RootFinder, FindsKnownRoots) {
+TEST(RootFinder, FindsZeroWideRangeUnderflowingAndEqualModulusRoots) {
     std::vector<double> unity(MaxRootFinderDegree + 1, 0.0);
     unity.front() = 1.0;
     unity.back() = -1.0;

@@ -82,24 +82,6 @@ TEST_F(QtCanvasTest, DrawsLinesOnTheirPixelsWithBothEnds) {
     }
 }
 
-TEST_F(QtCanvasTest, DrawsNothingWithAClearPenAndGapsWithADashedOne) {
-    QImage image = Blank(60, 10);
-    {
-        QtCanvas canvas(image);
-        canvas.SetPen(Red, 1, PenStyle::Clear);
-        canvas.MoveTo(0, 2);
-        canvas.LineTo(59, 2);
-        canvas.SetPen(Red, 1, PenStyle::Dash);
-        canvas.MoveTo(0, 6);
-        canvas.LineTo(59, 6);
-    }
-    const std::set<Pixel> painted = Painted(image);
-    EXPECT_TRUE(
-        std::none_of(painted.begin(), painted.end(), [](const Pixel& p) { return p.second != 6; }));
-    EXPECT_GT(painted.size(), 20u);
-    EXPECT_LT(painted.size(), 55u);
-}
-
 TEST_F(QtCanvasTest, FillsUpToButNotIncludingTheFarEdges) {
     QImage image = Blank(12, 10);
     {

@@ -120,6 +120,11 @@ TEST_F(CliEnvironments, EachFailureExitsWithItsStatusAndMessageAndKeepsTheFiles)
          [](const fs::path& d) { ::mkfifo((d / "pipe.kq_opamp").c_str(), 0600); },
          "--open DIR/pipe.kq_opamp", 1, "not a regular file", Nothing},
         {"words that are no option", Nothing, "--frobnicate foo", 2, "--frobnicate foo", Nothing},
+        {"a design file of other bytes",
+         [](const fs::path& d) { std::ofstream(d / "bad.kq_opamp") << "not a design"; },
+         "--open DIR/bad.kq_opamp --json -", 1, "incompatibility with this program", Nothing},
+        {"a design file that is not there", Nothing, "--open DIR/none.kq_opamp", 1,
+         "This file doesn't exist.", Nothing},
         {"a design file holding a value out of range",
          [](const fs::path& d) {
              DesignState design = DefaultDesignState();

@@ -220,20 +220,5 @@ INSTANTIATE_TEST_SUITE_P(AllTopologies, DrawingAndNetlist, testing::ValuesIn(Cas
                                     std::to_string(info.param.poles) + "poles";
                          });
 
-// The picture shows every part of the circuit with the name the report gives it.
-TEST(CircuitPicture, ShowsEveryPartUnderItsReportName) {
-    for (int topology = 0; topology < TopologyCount; ++topology) {
-        const Schematic picture = CircuitPicture(topology);
-        std::multiset<std::string> names;
-        for (const SchematicPart& part : picture.parts) names.insert(part.name);
-        const std::multiset<std::string> expected[] = {
-            {"R1", "R2", "R3", "R4", "C1", "C2"},       {"R1", "R2", "R3", "C1", "C2"},
-            {"R1", "R2", "R3", "R4", "C1", "C2"},       {"R1", "R2", "C1", "C1", "C2"},
-            {"R1", "R2", "R3", "R4", "R4", "C1", "C1"}, {"R1", "R2", "R3", "C1", "C2"},
-            {"R1", "R2", "R3", "C1", "C1", "C2"}};
-        EXPECT_EQ(names, expected[topology]) << "topology " << topology;
-    }
-}
-
 }  // namespace
 }  // namespace nerivane

@@ -1,6 +1,6 @@
-// The command line beyond what its golden table freezes: usage errors, --strict, the JSON's
-// exact doubles, the envelope around the nominal run, the image files. Files in hostile
-// surroundings are the environment tests'.
+// The command line beyond what its golden table freezes (usage errors and --strict among its
+// cases): the JSON's exact doubles, the envelope around the nominal run, the image files. Files in
+// hostile surroundings are the environment tests'.
 #include "cli/Cli.h"
 
 #include <gtest/gtest.h>
@@ -38,55 +38,11 @@ nlohmann::json JsonOf(std::vector<std::string> args) {
     return nlohmann::json::parse(run.out);
 }
 
-struct UsageCase {
-    std::vector<std::string> args;
-    const char* mentions;
-};
-
 std::string FileText(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream text;
     text << file.rdbuf();
     return text.str();
-}
-
-TEST(Cli, UsageErrorsExitWithStatusTwoAndWriteNothing) {
-    const UsageCase cases[] = {
-        {{"--response", "foo"}, "--response"},
-        {{"--frobnicate"}, "frobnicate"},
-        {{"--poles"}, "--poles"},
-        {{"--topology", "lowpass"}, "--topology"},
-        {{"--mode", "best"}, "--mode"},
-        {{"--res-tol", "3"}, "--res-tol"},
-        {{"--opamp", "fast"}, "--opamp"},
-        {{"--seed", "-1"}, "--seed"},
-        {{"--sweep", "octave"}, "--sweep"},
-        {{"--traces", "mag10,delay"}, "--traces"},
-        {{"--mag", "log"}, "--mag"},
-        {{"--phase", "unwrapped"}, "--phase"},
-        {{"--schematic", "filter.gif"}, "--schematic"},
-    };
-    for (const UsageCase& c : cases) {
-        const CliRun run = RunWith(c.args);
-        EXPECT_EQ(run.status, 2) << c.mentions;
-        EXPECT_TRUE(run.out.empty()) << c.mentions;
-        EXPECT_NE(run.err.find(c.mentions), std::string::npos) << run.err;
-        EXPECT_EQ(std::count(run.err.begin(), run.err.end(), '\n'), 1) << run.err;
-    }
-}
-
-// A script that wants no repairs asks for --strict: any warning, note or message is then a
-// usage error and nothing is written.
-TEST(Cli, StrictTurnsWarningsIntoUsageErrors) {
-    for (const std::vector<std::string>& args :
-         {std::vector<std::string>{"--c1", "big", "--strict"},
-          std::vector<std::string>{"--poles", "25", "--json", "-", "--strict"}}) {
-        const CliRun run = RunWith(args);
-        EXPECT_EQ(run.status, 2) << run.err;
-        EXPECT_TRUE(run.out.empty());
-        EXPECT_NE(run.err.find("nerivane-cli: --strict"), std::string::npos) << run.err;
-    }
-    EXPECT_EQ(RunWith({"--poles", "4", "--strict"}).status, 0);
 }
 
 // The JSON's doubles are the program's doubles, bit for bit.

@@ -1,5 +1,5 @@
-// The plot rendered for the screen and for files: dense screens, trace colours over the grid,
-// runs painted over each other, and the bitmap and PNG files with their background rule.
+// The plot rendered for the screen and for files: dense screens, runs painted over each other,
+// and the bitmap and PNG files with their background rule.
 #include "render/PlotImage.h"
 
 #include <gtest/gtest.h>
@@ -80,28 +80,6 @@ TEST_F(PlotImageTest, OnADenseScreenTracesStepAtDeviceResolution) {
     EXPECT_EQ(doubleSteps, 0);
 }
 
-TEST_F(PlotImageTest, DrawsTheTracesOverTheGridInTheirColours) {
-    PlotView view = MagnitudeView(4, 100.0, 10000.0);
-    view.showReference = true;
-    const PlotGeometry g = GeometryFor(view);
-    const Traces current = FlatTraces(-40.0);  // half way down the 10 dB scale
-    const Traces reference = FlatTraces(-20.0);
-    const QImage image = RenderPlot(view, current, &reference);
-    const int middle = g.left + g.width / 2;  // on the 1 kHz grid line
-    EXPECT_EQ(image.pixel(middle, g.top + g.height / 2), qRgb(255, 0, 0));
-    // The reference is dashed: drawn and skipped in turns along its row, four points of
-    // about 0.6 pixels each at a time.
-    const int row = g.top + 3 * g.height / 10;
-    int dashes = 0;
-    bool inDash = false;
-    for (int x = g.left + 1; x < g.left + g.width; ++x) {
-        const bool drawn = image.pixel(x, row) == qRgb(205, 38, 38);
-        dashes += drawn && !inDash;
-        inDash = drawn;
-    }
-    EXPECT_GT(dashes, g.width / 8);
-}
-
 TEST_F(PlotImageTest, PaintsLaterRunsOverTheFirstWithoutClearingIt) {
     const PlotView view = MagnitudeView(4, 100.0, 10000.0);
     const PlotGeometry g = GeometryFor(view);
@@ -141,13 +119,6 @@ class ImageFilesTest : public ::testing::Test {
     std::string PathOf(const char* name) const { return directory_.filePath(name).toStdString(); }
     QTemporaryDir directory_;
 };
-
-TEST_F(ImageFilesTest, TurnsOnlyTheExactBackgroundWhite) {
-    const QImage white = WithWhiteBackground(RuleImage());
-    EXPECT_EQ(white.depth(), 24);
-    for (int x = 0; x < white.width(); ++x)
-        EXPECT_EQ(white.pixel(x, 0), BackgroundRule[x].exported) << x;
-}
 
 // The bitmap is 24 bits with the background made white; the PNG keeps what was painted.
 TEST_F(ImageFilesTest, SavesTheBitmapWhiteAndThePngAsPainted) {

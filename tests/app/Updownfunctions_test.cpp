@@ -65,19 +65,6 @@ TEST(Adjusters, ClicksStepWithinTheLimits) {
     EXPECT_EQ(RippleMaximum(Papoulis, 20), 2.0);
 }
 
-TEST(AdjustRipple, ACommaLocaleReadsBothSeparators) {
-    SetNumberFormat({',', '.'});
-    DesignState state = DefaultDesignState();
-    TextBox box("0.5");
-    AdjustRipple(state, box);
-    EXPECT_EQ(state.Ripple, 0.5);
-    EXPECT_EQ(box.Text(), "0,500");
-    box.SetText("0,75");
-    AdjustRipple(state, box);
-    EXPECT_EQ(state.Ripple, 0.75);
-    SetNumberFormat({'.', ','});
-}
-
 TEST(GammaLabelText, NamesTheFamilyTheArgumentResembles) {
     // clang-format off
     const struct { double gamma; bool enabled; const char* label; } cases[] = {

@@ -1,10 +1,9 @@
 // The main window as a person uses it: the controls each selection enables, the keys, spinners
-// and wheel, typed values and their repairs, the read-out over the plot, the dialogs it
-// recalculates for, and that no garbage or sequence of inputs breaks it.
+// and wheel, typed values and their repairs, the read-out over the plot, and that no garbage
+// or sequence of inputs breaks it.
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QToolButton>
 #include <QWheelEvent>
 #include <random>
 #include <vector>
@@ -176,21 +175,6 @@ TEST_F(TopFormTest, ReadoutFollowsThePointerAtThePlotEdges) {
     QEvent leave(QEvent::Leave);
     QApplication::sendEvent(&Plot(), &leave);
     EXPECT_TRUE(Plot().Readout().isEmpty());
-}
-
-TEST_F(TopFormTest, LabelsAndDialogsRecalculateTheDesign) {
-    Act("IdealOpAmpCheckBox");
-    EXPECT_FALSE(form().State().IdealOpAmp);
-    EXPECT_NE(Caption("OpAmpBWLabel"), "BW 100 MHz");
-    Act("ToleranceButton");
-    ASSERT_TRUE(Find("CompSelectForm").isVisible());
-    Find<QAbstractButton>("FivePercentCapacitorButton").click();
-    EXPECT_EQ(Caption("RCToleranceLabel"), "C 5%   R 1%");
-    Act("ThresholdMenu");
-    ASSERT_TRUE(Find("OptionsForm").isVisible());
-    Find<QLineEdit>("GDPhaseThresholdBox").setText("45");
-    Find<QAbstractButton>("ApplyButton").click();
-    EXPECT_DOUBLE_EQ(form().State().PhaseThreshold, -45.0);
 }
 
 // Garbage in every box, then every menu item but the File menu's (those ask for files) and

@@ -272,18 +272,6 @@ TEST_F(Formatting, BoxesRepairWhatTheyCannotTake) {
     EXPECT_EQ(twoPoints.Text(), "2,5");
 }
 
-// A limit text the program cannot read is its own fault: reported, and counted as 1.
-TEST_F(Formatting, ABadLimitTextIsReported) {
-    TextBox box("0.5"), unreadable("x"), integer("3");
-    EXPECT_EQ(EditBoxToDouble(box, "low", "10", "100"), 1.0);
-    EXPECT_EQ(box.Text(), "low");
-    EXPECT_EQ(EditBoxToDouble(unreadable, "0", "none", "5"), 1.0);
-    EXPECT_EQ(EditBoxToInt(integer, "2", "4", "2.5"), 1);
-    ASSERT_EQ(RecordedMessages().size(), 3u);
-    EXPECT_EQ(RecordedMessages()[0].text, "Invalid String Argument in EditBoxToDouble function.");
-    EXPECT_EQ(RecordedMessages()[2].text, "Invalid String Argument in EditBoxToInt function.");
-}
-
 TEST_F(Formatting, NearestIntRoundsHalfAwayAndReportsOnlyTheFirstOverflow) {
     const std::pair<double, std::int32_t> rows[] = {{2.5, 3},
                                                     {-2.5, -3},

@@ -1,5 +1,5 @@
-// The transform against the definition summed in long double, its refusals, and the pulse of
-// a first-order section against its exponentials.
+// The transform against the definition summed in long double, and its refusals. The pulses
+// it makes are the golden table's.
 #include "response/Fftfunctions.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,6 @@
 #include <random>
 #include <vector>
 
-#include "circuit/Valuecalculations.h"
 #include "numerics/MessageSink.h"
 
 namespace nerivane {
@@ -134,61 +133,6 @@ TEST_F(RecordedMessages, BadSizeOrTypeIsRefusedAndLeavesTheDataAlone) {
         EXPECT_TRUE(Fft(data, n, FftForward)) << n;
     }
     EXPECT_TRUE(sink.messages.empty());
-}
-
-// One first-order low-pass section, F0 its corner: R1 C1 = 1 / (2 pi F0), the follower's R3 and
-// the absent C2 open.
-SectionComponents FirstOrderLowPass(double f0) {
-    SectionComponents parts{};
-    const double c1 = 10e-9;
-    parts.Store(0, {1.0 / (TwoPi * f0 * c1), 0.0, OpenMarker, 0.0, c1, OpenMarker});
-    return parts;
-}
-
-// The response of 1 / (1 + s tau) to a unit pulse of width T.
-double FirstOrderPulse(double t, double tau, double width) {
-    if (t < width) return 1.0 - std::exp(-t / tau);
-    return (1.0 - std::exp(-width / tau)) * std::exp(-(t - width) / tau);
-}
-
-// The trace is the band-limited (20 F0) image of a response with kinks at t = 0 and t = T, so
-// it rings there: up to 0.0097 plot units at the kinks themselves, 0.0011 one sample away,
-// 5.6e-4 two away and below 2.4e-4 from three samples on. Away from the kinks what is left is a
-// constant -8e-5: the zero-frequency bin is evaluated at 0.1 of the first grid step, where the
-// pulse spectrum's real part is T sin(x)/x, about 0.1 % low. A pulse one sample too long or short
-// would be off by several hundredths just after T (tau is 6.4 samples).
-TEST(CalcPulseResponse, FirstOrderLowPassFollowsTheExponentials) {
-    constexpr double nearKinkTolerance = 0.02;
-    constexpr double tolerance = 5e-4;
-    // clang-format off
-    const struct { double f0, timeStep; } cases[] = {
-        {100.0, 250e-6}, {1000.0, 25e-6}, {10000.0, 2.5e-6},
-    };
-    // clang-format on
-    for (const auto& c : cases) {
-        const SectionComponents parts = FirstOrderLowPass(c.f0);
-        const ComponentSettings idealOpAmp;  // 100 MHz, 0 ohms
-        PulseInputs inputs;
-        inputs.topology = 0;
-        inputs.numSections = 1;
-        inputs.f0 = c.f0;
-        inputs.parts = &parts;
-        inputs.settings = &idealOpAmp;
-        Traces traces;
-        CalcPulseResponse(inputs, traces);
-
-        EXPECT_TRUE(traces.hasPulse);
-        EXPECT_DOUBLE_EQ(traces.pulseTimeStep, c.timeStep) << c.f0;
-        const double tau = 1.0 / (TwoPi * c.f0);
-        const double width = 12.8 / c.f0;  // 512 samples: the input stops mid-trace
-        for (int i = 0; i < TracePoints; ++i) {
-            const double want = 0.6 * FirstOrderPulse(i * c.timeStep, tau, width) + 0.2;
-            const bool nearKink = i <= 2 || std::abs(i - 512) <= 2;
-            EXPECT_NEAR(traces.pulse[static_cast<std::size_t>(i)], want,
-                        nearKink ? nearKinkTolerance : tolerance)
-                << "F0 " << c.f0 << " point " << i;
-        }
-    }
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
-// The trace routines' edge rules as tables: single points, masking, one delay step, the
-// delay-free phase's referencing. Whole designs, the delay estimate and the delay scale among
-// them, are covered by the golden table.
+// The trace routines' edge rules as tables: single points, masking, one delay step. Whole
+// designs (the delay estimate, the delay scale and the delay-free phase of every topology among
+// them) are covered by the golden table.
 #include "response/Magphasefunctions.h"
 
 #include <gtest/gtest.h>
@@ -120,72 +120,6 @@ TEST(Magphasefunctions, GroupDelayOfOneStep) {
         else
             EXPECT_NEAR(gd[1], c.expected, 1e-12 * PerRadian) << c.what;
         EXPECT_EQ(Bits(gd[0]), Bits(gd[1])) << c.what;
-    }
-}
-
-struct ReReferenceCase {
-    const char* what;
-    int topology;
-    int numSections;
-    std::vector<std::pair<int, double>> input;  // over a background of 20 degrees
-    std::vector<std::pair<int, double>> expected;
-    double lowHalf;   // what the background becomes below index 512
-    double highHalf;  // and from there on
-};
-
-TEST(Magphasefunctions, ReReferenceHilbertPhase) {
-    constexpr double X = NoPlotValue;
-    // clang-format off
-    const ReReferenceCase cases[] = {
-        {"low pass: zero at the first point, wrapped", 0, 3,
-         {{0, 30}, {5, -160}, {6, 100}, {7, X}},
-         {{0, 0}, {5, 170}, {6, 70}, {7, X}}, -10, -10},
-        {"low pass: a masked first point still becomes 0", 0, 2,
-         {{0, X}, {7, X}},
-         {{0, 0}, {7, X}}, 20 - X, 20 - X},
-        // Half a turn on every point cancels in the differences, except where one lands
-        // exactly on the edge of the range: then it picks the other edge.
-        {"odd MFB low pass is turned over", 1, 3,
-         {{0, 10}, {5, -170}, {6, 100}, {7, X}},
-         {{0, 0}, {5, 180}, {6, 90}, {7, X}}, 10, 10},
-        {"even MFB low pass is not", 1, 2,
-         {{0, 10}, {5, -170}, {6, 100}, {7, X}},
-         {{0, 0}, {5, -180}, {6, 90}, {7, X}}, 10, 10},
-        {"high pass: zero at the last point", 2, 3,
-         {{0, 160}, {5, 170}, {6, 150}, {7, X}, {1023, -30}},
-         {{0, -170}, {5, -160}, {6, 180}, {7, X}, {1023, 0}}, 50, 50},
-        {"odd MFB high pass is turned over", 3, 1,
-         {{0, 160}, {5, 170}, {6, 150}, {7, X}, {1023, -30}},
-         {{0, -170}, {5, -160}, {6, -180}, {7, X}, {1023, 0}}, 50, 50},
-        {"high pass with a masked last point", 2, 2,
-         {{0, -150}, {1023, X}},
-         {{0, -150 - X}, {1023, X}}, 20 - X, 20 - X},
-        {"notch: each half to its own end", 6, 1,
-         {{0, 30}, {511, -160}, {512, 170}, {1023, -30}},
-         {{0, 0}, {511, 170}, {512, -160}, {1023, 0}}, -10, 50},
-        {"band passes are left alone", 4, 1,
-         {{0, 30}, {1023, -30}},
-         {{0, 30}, {1023, -30}}, 20, 20},
-        {"MFB band passes too, odd or even", 5, 3,
-         {{0, 30}, {1023, -30}},
-         {{0, 30}, {1023, -30}}, 20, 20},
-    };
-    // clang-format on
-    for (const ReReferenceCase& c : cases) {
-        Points phase;
-        phase.fill(20.0);
-        for (auto [i, v] : c.input) phase[i] = v;
-        ReReferenceHilbertPhase(phase, c.topology, c.numSections);
-        for (auto [i, v] : c.expected) {
-            if (v == NoPlotValue)
-                EXPECT_EQ(Bits(phase[i]), Bits(NoPlotValue)) << c.what << " i " << i;
-            else
-                EXPECT_DOUBLE_EQ(phase[i], v) << c.what << " i " << i;
-        }
-        for (int i : {1, 2, 100, 510})
-            EXPECT_DOUBLE_EQ(phase[i], c.lowHalf) << c.what << " i " << i;
-        for (int i : {513, 900, 1022})
-            EXPECT_DOUBLE_EQ(phase[i], c.highHalf) << c.what << " i " << i;
     }
 }
 

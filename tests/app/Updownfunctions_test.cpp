@@ -77,19 +77,6 @@ TEST(GammaLabelText, NamesTheFamilyTheArgumentResembles) {
         EXPECT_EQ(GammaLabelText(c.gamma, c.enabled), c.label) << c.gamma << " " << c.enabled;
 }
 
-TEST(AdjustGain, SetsTheRatioAndTheTopOfTheScale) {
-    DesignState state = DefaultDesignState();
-    state.NumSections = 3;
-    TextBox box("6");
-    AdjustGain(state, box);
-    EXPECT_EQ(state.PlotTopDb, 30.0);
-    EXPECT_NEAR(state.SectionGain, std::pow(10.0, 0.3), 1e-15);
-    box.SetText("0");
-    AdjustGain(state, box);
-    EXPECT_EQ(state.PlotTopDb, 10.0);
-    EXPECT_EQ(state.SectionGain, 1.0);
-}
-
 TEST(AdjustSection, ShowsTheCapacitorsOfTheSelectedSection) {
     DesignState state = DefaultDesignState();
     state.NumSections = 4;

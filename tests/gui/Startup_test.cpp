@@ -1,7 +1,6 @@
-// The program as it starts: in a new home the user's folders appear below the documents
-// folder; a program without its run-time files says so and ends; and in hostile surroundings
-// (settings or designs that are folders, pipes, link loops or names too long) every start
-// paints its window and says what it could not use, never ending or hanging.
+// The program as it starts in hostile surroundings (settings or designs that are folders,
+// pipes, link loops or names too long): every start paints its window and says what it could
+// not use, never ending or hanging. Making the user's folders is the folder tests' concern.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -51,18 +50,6 @@ class Startup : public ::testing::Test {
         fs::temp_directory_path() / ("nerivane_startup_" + std::to_string(::getpid()));
     const fs::path files = root / "Documents" / "Kestrune" / "Nerivane" / "Files";
 };
-
-// That a second start makes nothing, and the missing run-time files nothing either, the
-// folder tests check; here the program itself must act on both.
-TEST_F(Startup, AFirstStartMakesTheUsersFoldersButNotWithoutItsRunTimeFiles) {
-    const std::string missing = Run();
-    EXPECT_TRUE(Has(missing, "The RunTime Files directory is missing.")) << missing;
-    EXPECT_TRUE(missing.ends_with("exit 1")) << missing;
-    fs::create_directories(root / "bin" / "RunTime Files");
-    const std::string first = Run();
-    EXPECT_TRUE(Has(first, "first paint") && first.ends_with("exit 0")) << first;
-    EXPECT_TRUE(fs::is_directory(files));
-}
 
 TEST_F(Startup, EveryStartInHostileSurroundingsPaintsAndSaysWhatItCouldNotUse) {
     fs::create_directories(root / "bin" / "RunTime Files");

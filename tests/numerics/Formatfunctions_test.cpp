@@ -109,26 +109,6 @@ TEST_F(Formatting, EveryFormatWritesWhatThePersonMustSee) {
     for (const auto& [written, expected] : comma) EXPECT_EQ(written, expected);
 }
 
-TEST(RoundToSignificant, RoundsHalfAwayFromZeroWithOneToFifteenDigits) {
-    // clang-format off
-    const double rows[][3] = {
-        {1234.5678, 3, 1230.0},   {1234.5678, 6, 1234.57}, {0.000123456, 2, 0.00012},
-        {2.5, 1, 3.0},            {-2.5, 1, -3.0},         {-0.0347, 2, -0.035},
-        {987.0, 0, 1000.0},       {0.1234567890123456789, 20, 0.123456789012346}, {0.0, 3, 0.0},
-    };
-    // clang-format on
-    for (const auto& [x, digits, expected] : rows)
-        EXPECT_NEAR(RoundToSignificant(x, static_cast<int>(digits)), expected,
-                    1e-14 * std::fabs(expected))
-            << x << " to " << digits;
-    for (double x = 1e-300; x < 1e300; x *= 7.3) {
-        const MantissaExponent split = SplitMantissaExponent(-x);
-        ASSERT_TRUE(split.mantissa <= -1.0 && split.mantissa > -10.0) << x;
-        ASSERT_NEAR(split.mantissa * std::pow(10.0, split.exponent) / -x, 1.0, 1e-13) << x;
-    }
-    EXPECT_EQ(SplitMantissaExponent(0.0).exponent, 0);
-}
-
 // Every engineering text reads back within its rounding over fifty decades, through the SI
 // reader the command line uses.
 TEST(FormatEngineering, ReadsBackWithinItsRounding) {
@@ -273,13 +253,10 @@ TEST_F(Formatting, BoxesRepairWhatTheyCannotTake) {
 }
 
 TEST_F(Formatting, NearestIntRoundsHalfAwayAndReportsOnlyTheFirstOverflow) {
-    const std::pair<double, std::int32_t> rows[] = {{2.5, 3},
-                                                    {-2.5, -3},
-                                                    {2.4999, 2},
-                                                    {-0.4, 0},
-                                                    {3e9, 2147483647},
-                                                    {-3e9, -2147483647},
-                                                    {-2147483648.0, -2147483647}};
+    // clang-format off
+    const std::pair<double, std::int32_t> rows[] = {{2.5, 3}, {-2.5, -3}, {2.4999, 2}, {-0.4, 0},
+        {3e9, 2147483647}, {-3e9, -2147483647}, {-2147483648.0, -2147483647}};
+    // clang-format on
     ResetNearestIntOverflowReport();
     EXPECT_EQ(NearestInt(2147483647.0), 2147483647);
     EXPECT_TRUE(RecordedMessages().empty());

@@ -25,17 +25,10 @@ namespace {
 SectionComponents Design(int topology, int poles, double gainDb, int& sections) {
     ProtoSections prototype{};
     BuildPrototype(Chebyshev, poles, 0.5, 0.0, prototype);
-    double c1[MaxSections], c2[MaxSections];
-    std::fill(std::begin(c1), std::end(c1), 10e-9);
-    std::fill(std::begin(c2), std::end(c2), 22e-9);
-    ComponentInputs inputs;
-    inputs.topology = topology;
-    inputs.numSections = sections = SectionsForPoles(topology, poles);
-    inputs.f0 = 5000.0;
-    inputs.bandwidth = 2000.0;
-    inputs.gain = std::pow(10.0, gainDb / 20.0);
-    inputs.sectionC1 = c1;
-    inputs.sectionC2 = c2;
+    std::vector<double> c1(MaxSections, 10e-9), c2(MaxSections, 22e-9);
+    sections = SectionsForPoles(topology, poles);
+    const ComponentInputs inputs{
+        topology, sections, 0, 5000.0, 2000.0, std::pow(10.0, gainDb / 20.0), c1.data(), c2.data()};
     SectionComponents parts{};
     SectionPanelHints hints;
     CalculateComponents(inputs, prototype, ComponentSettings{}, parts, hints);

@@ -1,6 +1,7 @@
-// The reference design: set, exchanged with the design on screen, and simulated again over
-// the current sweep. The calculation itself is the golden table's and the simulation tests'.
-#include "app/Referencedesign.h"
+// The calculation as the front ends and tools drive it, with or without a hook for each run,
+// and the reference design: set, exchanged with the design on screen, simulated again over the
+// current sweep. What a design gives is the golden table's and the simulation tests'.
+#include "app/Calculationdriver.h"
 
 #include <gtest/gtest.h>
 
@@ -8,12 +9,32 @@
 #include <memory>
 
 #include "app/Initializevars.h"
+#include "app/Referencedesign.h"
+#include "app/Textparameterboxes.h"
 
 namespace nerivane {
 namespace {
 
 bool Same(const DesignState& a, const DesignState& b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
+}
+
+// A caller without a hook (the benchmarks, the fuzz targets) gets the nominal run's traces all
+// the same.
+TEST(Calculate, GivesTheNominalTracesWithOrWithoutAHookForEachRun) {
+    DesignState state = DefaultDesignState();
+    TextParameterBoxes boxes;
+    ParameterBoxes parameters = boxes.Parameters();
+    ComponentSettings settings;
+    auto hooked = std::make_unique<DesignResults>(), plain = std::make_unique<DesignResults>();
+    ToleranceRandom random;
+    CalculationOptions options;
+    options.perRun = [](int, const Traces&) {};
+    Calculate(state, parameters, settings, *hooked, random, options);
+    Calculate(state, parameters, settings, *plain, random);
+    EXPECT_LT(plain->traces.magnitudeDb[1023], -20.0);
+    EXPECT_EQ(plain->traces.magnitudeDb, hooked->traces.magnitudeDb);
+    EXPECT_EQ(plain->traces.groupDelay, hooked->traces.groupDelay);
 }
 
 // Setting the reference copies the design; each exchange swaps the two, so two restore both.

@@ -169,15 +169,17 @@ TEST_F(TopFormTest, ReadoutFollowsThePointerAtThePlotEdges) {
     expect(right, g.Bottom(), {"Mag = -90.00 dB", "Mag = -9.00 dB", "Phase = -180.0 deg"});
     expect(g.left - 1, g.top, {});
     expect(g.left, g.Bottom() + 1, {});
-    // The linear scale reads the gain itself: 10 dB above unity, the top, is a gain of 1.111.
+    // The linear scale reads the gain itself: 10 dB above unity, the top, is a gain of 1.111,
+    // and the pass band under the pointer in value mode a gain of 1.
     Act("LinearMagMenu");
     state = form().State();
     const PlotGeometry linear = GeometryFor(PlotViewFor(
         state, UpdateControlStates(state), form().Results(), Plot().width(), Plot().height()));
     expect(linear.left, linear.top, {"Mag = 1.111"});
+    Act("ValueAtFrquencyReadOutMenu");
+    expect(linear.left, linear.Bottom(), {"Mag = 1.000"});
     Act("dBMagMenu");
     // Value mode reports the traces under the pointer, whatever its height.
-    Act("ValueAtFrquencyReadOutMenu");
     const double db = form().Results().traces.magnitudeDb[ReadoutIndex(g, right)];
     expect(right, g.top + g.height / 2, {"Mag = " + FormatFixed(db, 2) + " dB"});
     QEvent leave(QEvent::Leave);

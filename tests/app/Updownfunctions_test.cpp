@@ -1,6 +1,7 @@
 // The window's model of its controls: what a spinner click (coarse with Ctrl) does to each box,
-// the section and capacitor steppers, the gamma label, and which controls and plot modes each
-// selection allows. What typing leaves in a box is the command line's golden table's.
+// the section stepper, the gamma label, the magnitude modes' boxes and the plot's view of the
+// modes. Which controls a selection enables is the window test's table; what typing leaves in
+// a box is the command line's golden table's.
 #include "app/Updownfunctions.h"
 
 #include <gtest/gtest.h>
@@ -94,41 +95,6 @@ TEST(AdjustSection, ShowsTheCapacitorsOfTheSelectedSection) {
     AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
     AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
     EXPECT_EQ(section.Text(), "3");  // the last section
-}
-
-TEST(StepSectionCapacitor, MovesTheSelectedSectionsCapacitorAlongItsSeries) {
-    DesignState state = DefaultDesignState();
-    state.SelectedSection = 1;
-    ComponentSettings settings;  // 10 % capacitors: E12
-    TextBox box;
-    StepSectionCapacitor(state, box, Capacitor::C1, true, settings);
-    EXPECT_NEAR(state.SectionC1[1], 120e-12, 1e-24);
-    EXPECT_EQ(box.Text(), "120 pF");
-    EXPECT_EQ(state.SectionC1[0], 1e-10);
-    StepSectionCapacitor(state, box, Capacitor::C2, false, settings);
-    EXPECT_NEAR(state.SectionC2[1], 820e-12, 1e-24);
-}
-
-TEST(UpdateControlStates, BandPassSwitchesHilbertPhaseBackToPhase) {
-    DesignState state = DefaultDesignState();
-    SelectPhaseMode(state, PhaseMode::Hilbert);
-    EXPECT_EQ(UpdateControlStates(state).plotPhaseCaption, "Hilbert Phase");
-    state.TopologyIndex = MfbBandPass;
-    ControlStates c = UpdateControlStates(state);
-    EXPECT_FALSE(c.hilbertPhaseMenuEnabled);
-    EXPECT_FALSE(c.hilbertPhaseChecked);
-    EXPECT_EQ(c.plotPhaseCaption, "Phase");
-    state.TopologyIndex = VcvsLowPass;  // enabled again, but "Phase" stays checked
-    c = UpdateControlStates(state);
-    EXPECT_TRUE(c.hilbertPhaseMenuEnabled);
-    EXPECT_FALSE(c.hilbertPhaseChecked);
-}
-
-TEST(UpdateControlStates, WorstCaseDisablesTheSquarePulse) {
-    DesignState state = DefaultDesignState();
-    EXPECT_TRUE(UpdateControlStates(state).pulseBoxEnabled);
-    state.Tolerance = ToleranceMode::WorstCase;
-    EXPECT_FALSE(UpdateControlStates(state).pulseBoxEnabled);
 }
 
 TEST(SelectMagnitudeMode, LinearThenDbRestoresTheBoxes) {

@@ -205,17 +205,10 @@ TEST_P(SpiceExport, DefaultExportRunsWithoutComplaint) {
     for (const Phasor& x : out) ASSERT_TRUE(std::isfinite(std::abs(x)));
 }
 
-std::string CaseName(const testing::TestParamInfo<DesignCase>& info) {
-    const auto [topology, poles, gainDb] = info.param;
-    return "topology" + std::to_string(topology) + "_" + std::to_string(poles) + "poles_" +
-           (gainDb == 0.0 ? "unity" : "gain");
-}
-
 // Every topology, odd and even order, unity and non-unity gain.
 INSTANTIATE_TEST_SUITE_P(AllTopologies, SpiceExport,
                          testing::Combine(testing::Range(0, 7), testing::Values(3, 4),
-                                          testing::Values(0.0, 6.0)),
-                         CaseName);
+                                          testing::Values(0.0, 6.0)));
 
 }  // namespace
 }  // namespace nerivane

@@ -79,7 +79,7 @@ struct Case {
 
 std::vector<Case> Cases() {
     std::vector<Case> cases;
-    std::istringstream in(golden::ReadText(golden::Folder() / "cases.txt"));
+    std::istringstream in(golden::ReadText(golden::Folder / "cases.txt"));
     for (std::string line; std::getline(in, line);) {
         if (line.empty() || line[0] == '#') continue;
         std::istringstream words(line);

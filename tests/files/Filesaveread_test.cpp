@@ -122,14 +122,6 @@ TEST_F(DesignFiles, OlderVersionsAndTheShorterFormatOpen) {
     EXPECT_EQ(design.RecordSize, 2016);
 }
 
-TEST_F(DesignFiles, OnlyTheExactExtensionIsReadAndMissingFilesSaySo) {
-    DesignState design = DefaultDesignState();
-    WriteDesignFile(Path("a.KQ_OPAMP"), Unusual());
-    EXPECT_EQ(ReadDesignFile(Path("a.KQ_OPAMP"), design).outcome, OpenOutcome::WrongExtension);
-    EXPECT_EQ(ReadDesignFile(Path("none.kq_opamp"), design).outcome, OpenOutcome::Missing);
-    EXPECT_EQ(design.F0, 5000.0);
-}
-
 TEST_F(DesignFiles, FailedSavesLeaveTheOldFileWhole) {
     const DesignState old = Unusual();
     ASSERT_TRUE(WriteDesignFile(Path("keep.kq_opamp"), old));

@@ -31,10 +31,7 @@ inline std::vector<std::string> Lines(const std::string& text) {
     return lines;
 }
 
-inline const std::regex& NumberPattern() {
-    static const std::regex number(R"([-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?)");
-    return number;
-}
+inline const std::regex NumberPattern(R"([-+]?(\d+\.?\d*|\.\d+)([eE][-+]?\d+)?)");
 
 // The largest number a line's value holds: after " = " when there is one, else anywhere (a
 // row of numbers).
@@ -42,7 +39,7 @@ inline double LineScale(const std::string& line) {
     const std::size_t equals = line.rfind(" = ");
     const std::string value = equals == std::string::npos ? line : line.substr(equals);
     double largest = 0.0;
-    for (std::sregex_iterator x(value.begin(), value.end(), NumberPattern()), end; x != end; ++x)
+    for (std::sregex_iterator x(value.begin(), value.end(), NumberPattern), end; x != end; ++x)
         largest = std::max(largest, std::abs(std::stod(x->str())));
     return largest;
 }
@@ -54,8 +51,8 @@ inline double LineScale(const std::string& line) {
 inline bool SameLine(const std::string& a, const std::string& b, double scale) {
     if (a == b) return true;
     const double floor = 1e-9 * std::max(scale, LineScale(a));
-    std::sregex_iterator x(a.begin(), a.end(), NumberPattern()), end;
-    std::sregex_iterator y(b.begin(), b.end(), NumberPattern());
+    std::sregex_iterator x(a.begin(), a.end(), NumberPattern), end;
+    std::sregex_iterator y(b.begin(), b.end(), NumberPattern);
     std::size_t ax = 0, by = 0;
     for (; x != end && y != end; ++x, ++y) {
         if (a.substr(ax, x->position() - ax) != b.substr(by, y->position() - by)) return false;
@@ -67,15 +64,12 @@ inline bool SameLine(const std::string& a, const std::string& b, double scale) {
     return x == end && y == end && a.substr(ax) == b.substr(by);
 }
 
-inline const std::filesystem::path& Folder() {
-    static const std::filesystem::path folder =
-        std::filesystem::path(NERIVANE_TEST_DATA_DIR) / "golden";
-    return folder;
-}
+inline const std::filesystem::path Folder =
+    std::filesystem::path(NERIVANE_TEST_DATA_DIR) / "golden";
 
 // Checks text against golden file name.txt and reports the first line that differs.
 inline void ExpectGolden(const std::string& name, const std::string& text) {
-    const std::filesystem::path path = Folder() / (name + ".txt");
+    const std::filesystem::path path = Folder / (name + ".txt");
     if (std::getenv("NERIVANE_UPDATE_GOLDEN") != nullptr) {
         std::ofstream(path, std::ios::binary) << text;
         return;

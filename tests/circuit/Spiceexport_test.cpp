@@ -1,7 +1,6 @@
 #include "circuit/Spiceexport.h"
 
 #include <gtest/gtest.h>
-
 #include <stdlib.h>
 
 #include <algorithm>
@@ -20,7 +19,7 @@
 #include "app/DesignState.h"
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Valuecalculations.h"
-#include "numerics/Polymain.h"
+#include "support/ChebyshevDesign.h"
 
 namespace nerivane {
 namespace {
@@ -38,22 +37,11 @@ struct Design {
     SectionComponents parts{};
 };
 
-// A 0.5 dB Chebyshev design through the program's own value calculation. Capacitors come
-// from the 5 % series, so the notch's shunt capacitor 2 C1 = 20 nF is a standard value and
-// the stored C2 is exactly the 2 C1 the section response assumes.
 Design BuildDesign(int topology, int poles, double gainDb) {
-    ProtoSections prototype{};
-    BuildPrototype(Chebyshev, poles, 0.5, 0.0, prototype);
-    std::vector<double> c1(MaxSections, 10e-9), c2(MaxSections, 22e-9);
-    const ComponentInputs inputs{topology, SectionsForPoles(topology, poles), 0,         F0,
-                                 2000.0,   std::pow(10.0, gainDb / 20.0),     c1.data(), c2.data()};
-    ComponentSettings settings;
-    settings.capacitorClass = *ToleranceClassOf(5);
-    SectionPanelHints hints;
     Design design;
-    CalculateComponents(inputs, prototype, settings, design.parts, hints);
+    design.parts = ChebyshevDesign(topology, poles, gainDb);
     design.spice.topology = topology;
-    design.spice.numSections = inputs.numSections;
+    design.spice.numSections = SectionsForPoles(topology, poles);
     design.spice.freqMin = F0 / 100.0;
     design.spice.freqMax = F0 * 100.0;
     design.spice.points = 160;

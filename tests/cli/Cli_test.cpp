@@ -11,7 +11,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -72,6 +71,19 @@ std::string Sampled(const std::string& text) {
     return out.str();
 }
 
+struct CliRun {
+    int status;
+    std::string out;
+    std::string err;
+};
+
+CliRun RunWith(std::vector<std::string> args) {
+    args.insert(args.begin(), "nerivane-cli");
+    std::ostringstream out, err;
+    const int status = RunCli(args, out, err);
+    return {status, out.str(), err.str()};
+}
+
 struct Case {
     std::string name;
     std::vector<std::string> args;
@@ -94,7 +106,7 @@ std::vector<Case> Cases() {
 // What a case gives a user: exit status, standard error, standard output (JSON flattened) and
 // every file it names under TMP/.
 std::string Outcome(const Case& c, const fs::path& scratch) {
-    std::vector<std::string> args{"nerivane-cli"};
+    std::vector<std::string> args;
     std::vector<fs::path> files;
     for (std::string arg : c.args) {
         if (arg.starts_with("TMP/")) {
@@ -103,15 +115,13 @@ std::string Outcome(const Case& c, const fs::path& scratch) {
         }
         args.push_back(arg);
     }
-    std::ostringstream out, err;
-    const int status = RunCli(args, out, err);
+    const CliRun run = RunWith(args);
     std::ostringstream all;
-    all << "status " << status << "\n== stderr\n" << err.str() << "== stdout\n";
-    const std::string text = out.str();
-    if (text.starts_with("{")) {
-        Flatten(nlohmann::json::parse(text), "", all);
+    all << "status " << run.status << "\n== stderr\n" << run.err << "== stdout\n";
+    if (run.out.starts_with("{")) {
+        Flatten(nlohmann::json::parse(run.out), "", all);
     } else {
-        all << Sampled(text);
+        all << Sampled(run.out);
     }
     for (const fs::path& file : files) {
         const std::string bytes = golden::ReadText(file);
@@ -143,32 +153,12 @@ TEST(Golden, EveryCaseGivesWhatItGaveWhenChecked) {
 // The command line beyond what its golden table freezes (usage errors and --strict among its
 // cases): the JSON's exact doubles and the image files. Files in hostile surroundings are the
 // environment tests'.
-struct CliRun {
-    int status;
-    std::string out;
-    std::string err;
-};
-
-CliRun RunWith(std::vector<std::string> args) {
-    args.insert(args.begin(), "nerivane-cli");
-    std::ostringstream out, err;
-    const int status = RunCli(args, out, err);
-    return {status, out.str(), err.str()};
-}
-
 nlohmann::json JsonOf(std::vector<std::string> args) {
     args.push_back("--json");
     args.push_back("-");
     const CliRun run = RunWith(args);
     EXPECT_EQ(run.status, 0) << run.err;
     return nlohmann::json::parse(run.out);
-}
-
-std::string FileText(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
 }
 
 // The JSON's doubles are the program's doubles, bit for bit.
@@ -191,8 +181,8 @@ TEST(Cli, PlotIsWrittenAsPngOrBmp) {
     const std::string bmp = ::testing::TempDir() + "nerivane_plot.bmp";
     ASSERT_EQ(RunWith({"--plot", png, "--width", "640", "--height", "400"}).status, 0);
     ASSERT_EQ(RunWith({"--plot", bmp, "--traces", "mag10,phase,gd"}).status, 0);
-    EXPECT_TRUE(FileText(png).starts_with("\x89PNG"));
-    EXPECT_TRUE(FileText(bmp).starts_with("BM"));
+    EXPECT_TRUE(golden::ReadText(png).starts_with("\x89PNG"));
+    EXPECT_TRUE(golden::ReadText(bmp).starts_with("BM"));
     std::remove(png.c_str());
     std::remove(bmp.c_str());
 }

@@ -15,25 +15,10 @@
 #include "app/DesignState.h"
 #include "circuit/Spiceexport.h"
 #include "circuit/Valuecalculations.h"
-#include "numerics/Polymain.h"
+#include "support/ChebyshevDesign.h"
 
 namespace nerivane {
 namespace {
-
-// Built through the program's own value calculation, so first-order sections, followers and
-// their wired and left-out parts come out as a user's design has them.
-SectionComponents Design(int topology, int poles, double gainDb, int& sections) {
-    ProtoSections prototype{};
-    BuildPrototype(Chebyshev, poles, 0.5, 0.0, prototype);
-    std::vector<double> c1(MaxSections, 10e-9), c2(MaxSections, 22e-9);
-    sections = SectionsForPoles(topology, poles);
-    const ComponentInputs inputs{
-        topology, sections, 0, 5000.0, 2000.0, std::pow(10.0, gainDb / 20.0), c1.data(), c2.data()};
-    SectionComponents parts{};
-    SectionPanelHints hints;
-    CalculateComponents(inputs, prototype, ComponentSettings{}, parts, hints);
-    return parts;
-}
 
 // Which terminals share a node: each terminal ("2/R1.0", "2/opamp.p", "input") is given
 // the alphabetically first terminal of its node.
@@ -186,8 +171,8 @@ class DrawingAndNetlist : public testing::TestWithParam<Case> {};
 
 TEST_P(DrawingAndNetlist, AreTheSameCircuit) {
     const Case c = GetParam();
-    int sections = 0;
-    const SectionComponents parts = Design(c.topology, c.poles, c.gainDb, sections);
+    const int sections = SectionsForPoles(c.topology, c.poles);
+    const SectionComponents parts = ChebyshevDesign(c.topology, c.poles, c.gainDb);
     SpiceDesign spice;
     spice.topology = c.topology;
     spice.numSections = sections;

@@ -4,11 +4,12 @@
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
+NOGUI_DIR ?= build-nogui
 FUZZ_SECONDS ?= 20
 FUZZ_TARGETS = Designfile_fuzz Settings_fuzz Readers_fuzz Roundtrip_fuzz
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps build build-sanitize run test test-plain test-sanitize fuzz bench format format-check clean
+.PHONY: all deps build build-sanitize run test test-plain test-sanitize test-nogui fuzz bench format format-check clean
 
 all: build
 
@@ -33,6 +34,14 @@ test-sanitize: build-sanitize
 	@ASAN_OPTIONS=detect_leaks=1:abort_on_error=1 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 		ctest --test-dir $(SANITIZE_DIR) --output-on-failure -j $(JOBS)
 
+# The core, the command line and their tests without Qt Widgets, as a machine without a desktop
+# builds them.
+test-nogui: deps
+	@cmake -S . -B $(NOGUI_DIR) -G Ninja -DCMAKE_BUILD_TYPE=Release -DNERIVANE_GUI=OFF \
+		-DNERIVANE_BENCH=OFF >/dev/null
+	@cmake --build $(NOGUI_DIR) -j $(JOBS)
+	@ctest --test-dir $(NOGUI_DIR) --output-on-failure -j $(JOBS)
+
 # Each fuzz target runs for FUZZ_SECONDS from the committed corpus; what it finds new goes to
 # a scratch folder, so the committed corpus only changes by hand.
 fuzz: deps
@@ -49,7 +58,7 @@ fuzz: deps
 		rm -rf $$scratch $$scratch.log; \
 	done
 
-test: format-check test-plain test-sanitize fuzz
+test: format-check test-plain test-sanitize test-nogui fuzz
 
 bench: build
 	@for program in $(BUILD_DIR)/bench/*_bench; do $$program --benchmark_min_time=0.2; done
@@ -63,4 +72,4 @@ format-check: deps
 	@clang-format --dry-run -Werror $(SOURCES)
 
 clean:
-	@rm -rf $(BUILD_DIR) $(SANITIZE_DIR)
+	@rm -rf $(BUILD_DIR) $(SANITIZE_DIR) $(NOGUI_DIR) $(FUZZ_DIR)

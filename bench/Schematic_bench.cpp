@@ -8,6 +8,7 @@
 
 #include "app/Buildoutputs.h"
 #include "app/Initializevars.h"
+#include "app/Picturefiles.h"
 #include "app/Textparameterboxes.h"
 #include "render/OffscreenGui.h"
 #include "render/SchematicImage.h"

@@ -9,16 +9,17 @@
 #include "app/Calculationdriver.h"
 #include "app/Controlstates.h"
 #include "app/Initializevars.h"
+#include "app/Picturefiles.h"
 #include "app/Plotview.h"
 #include "cli/Applyoptions.h"
 #include "cli/CliBox.h"
 #include "cli/JsonOutput.h"
 #include "cli/Outputs.h"
 #include "cli/Plotoutput.h"
+#include "cli/Rasterplugin.h"
 #include "files/Filesaveread.h"
 #include "numerics/Matherrmain.h"
 #include "numerics/MessageSink.h"
-#include "render/SchematicImage.h"
 
 namespace nerivane::cli {
 namespace {
@@ -183,7 +184,12 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     auto results = std::make_unique<DesignResults>();
     auto envelope = std::make_unique<WorstCaseEnvelope>();
     std::unique_ptr<PlotOutput> plot;
-    if (options.Has("--plot")) plot = std::make_unique<PlotOutput>(plotSize);
+    try {
+        if (options.Has("--plot")) plot = std::make_unique<PlotOutput>(plotSize);
+    } catch (const std::runtime_error& e) {
+        err << "nerivane-cli: " << e.what() << "\n";
+        return 1;
+    }
     CalculationOptions calculation;
     calculation.perRun = [&](int run, const Traces& traces) {
         Envelope(run, traces, *envelope);
@@ -224,14 +230,14 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
                                options.Has("--save");
         if (report || !anyOutput) WriteText("-", ReportText(*results), out, "report");
         if (options.Has("--json"))
-            WriteText(options.Get("--json"), ResultJson(outcome).dump(2) + "\n", out, "JSON");
+            WriteText(options.Get("--json"), ResultJson(outcome), out, "JSON");
         if (options.Has("--csv")) WriteText(options.Get("--csv"), CsvText(*results), out, "CSV");
         if (options.Has("--spice"))
             WriteText(options.Get("--spice"), SpiceText(state, *results, settings), out, "SPICE");
         if (plot) plot->Save(options.Get("--plot"));
         if (options.Has("--schematic"))
             SaveSchematic(DesignSchematic(state, *results, ProposedFileName(state)),
-                          options.Get("--schematic"));
+                          options.Get("--schematic"), MakePluginRaster);
         if (options.Has("--bom"))
             WriteText(options.Get("--bom"),
                       PartsListCsv(DesignPartsList(state, *results, settings)), out, "parts list");

@@ -1,14 +1,15 @@
 #include "cli/JsonOutput.h"
 
 #include <cmath>
+#include <initializer_list>
+#include <utility>
 
+#include "cli/JsonWriter.h"
 #include "cli/Names.h"
 #include "numerics/CheckedMath.h"
 
 namespace nerivane::cli {
 namespace {
-
-using nlohmann::json;
 
 const char* ModeName(ToleranceMode mode) {
     switch (mode) {
@@ -19,126 +20,186 @@ const char* ModeName(ToleranceMode mode) {
     return "exact";
 }
 
-// NaN and infinities have no JSON number; everything else is written as the double it is.
-json Number(double value) {
-    return std::isfinite(value) ? json(value) : json(nullptr);
+void Numbers(JsonWriter& json, const char* key, const double* values, int count) {
+    json.Key(key);
+    json.BeginArray();
+    for (int i = 0; i < count; ++i) json.Number(values[i]);
+    json.EndArray();
 }
 
-json Numbers(const double* values, int count) {
-    json array = json::array();
-    for (int i = 0; i < count; ++i) array.push_back(Number(values[i]));
-    return array;
+void Texts(JsonWriter& json, const char* key, const std::vector<std::string>& texts) {
+    json.Key(key);
+    json.BeginArray();
+    for (const std::string& text : texts) json.String(text);
+    json.EndArray();
 }
 
-json DesignJson(const CliOutcome& o) {
-    const DesignState& s = o.state;
-    json design;
-    design["topology"] = NameOfIndex(TopologyNames, s.TopologyIndex);
-    design["topology_index"] = s.TopologyIndex;
-    design["response"] = NameOfIndex(ResponseNames, s.ResponseIndex);
-    design["response_index"] = s.ResponseIndex;
-    design["poles"] = s.NumPoles;
-    design["sections"] = s.NumSections;
-    design["selected_section"] = s.SelectedSection;
-    design["f0_hz"] = Number(s.F0);
-    design["bandwidth_hz"] = Number(s.BandWidth);
-    design["ripple_db"] = Number(s.Ripple);
-    design["gamma"] = Number(s.Gamma);
-    design["gain_db"] = Number(20.0 * CheckedLog10(s.SectionGain));
-    design["section_gain"] = Number(s.SectionGain);
-    design["plot_top_db"] = Number(s.PlotTopDb);
-    design["mode"] = ModeName(s.Tolerance);
-    design["res_tol"] = o.settings.resistorClass.fraction;
-    design["cap_tol"] = o.settings.capacitorClass.fraction;
-    design["ideal_opamp"] = s.IdealOpAmp != 0;
-    design["gbw_hz"] = Number(s.OpAmpGainBandwidth);
-    design["ro_ohm"] = Number(s.OpAmpOutputResistance);
-    design["runs"] = s.Tolerance == ToleranceMode::WorstCase ? o.settings.worstCaseRuns : 1;
-    design["sweep_index"] = s.SweepIndex;
-    design["threshold_db"] = Number(s.PhaseThreshold);
-    design["c1_f"] = Numbers(s.SectionC1, MaxSections);
-    design["c2_f"] = Numbers(s.SectionC2, MaxSections);
-    return design;
-}
-
-json PrototypeJson(const CliOutcome& o) {
-    json sections = json::array();
-    const ProtoSections& p = o.state.Sections;
-    for (int i = 0; i < o.results.prototype.sectionCount; ++i) {
-        sections.push_back({{"den_s2", Number(p.DenS2[i])},
-                            {"den_s1", Number(p.DenS1[i])},
-                            {"den_s0", Number(p.DenS0[i])},
-                            {"num_s2", Number(p.NumS2[i])},
-                            {"num_s1", Number(p.NumS1[i])},
-                            {"num_s0", Number(p.NumS0[i])}});
+// An object of named numbers, as a section's coefficients or parts are listed.
+void NamedNumbers(JsonWriter& json, std::initializer_list<std::pair<const char*, double>> fields) {
+    json.BeginObject();
+    for (const auto& [name, value] : fields) {
+        json.Key(name);
+        json.Number(value);
     }
-    return sections;
+    json.EndObject();
 }
 
-json ComponentsJson(const CliOutcome& o) {
-    json sections = json::array();
+void Design(JsonWriter& json, const CliOutcome& o) {
+    const DesignState& s = o.state;
+    const auto number = [&json](const char* key, double value) {
+        json.Key(key);
+        json.Number(value);
+    };
+    const auto integer = [&json](const char* key, long long value) {
+        json.Key(key);
+        json.Integer(value);
+    };
+    const auto text = [&json](const char* key, std::string_view value) {
+        json.Key(key);
+        json.String(value);
+    };
+    json.Key("design");
+    json.BeginObject();
+    text("topology", NameOfIndex(TopologyNames, s.TopologyIndex));
+    integer("topology_index", s.TopologyIndex);
+    text("response", NameOfIndex(ResponseNames, s.ResponseIndex));
+    integer("response_index", s.ResponseIndex);
+    integer("poles", s.NumPoles);
+    integer("sections", s.NumSections);
+    integer("selected_section", s.SelectedSection);
+    number("f0_hz", s.F0);
+    number("bandwidth_hz", s.BandWidth);
+    number("ripple_db", s.Ripple);
+    number("gamma", s.Gamma);
+    number("gain_db", 20.0 * CheckedLog10(s.SectionGain));
+    number("section_gain", s.SectionGain);
+    number("plot_top_db", s.PlotTopDb);
+    text("mode", ModeName(s.Tolerance));
+    number("res_tol", o.settings.resistorClass.fraction);
+    number("cap_tol", o.settings.capacitorClass.fraction);
+    json.Key("ideal_opamp");
+    json.Bool(s.IdealOpAmp != 0);
+    number("gbw_hz", s.OpAmpGainBandwidth);
+    number("ro_ohm", s.OpAmpOutputResistance);
+    integer("runs", s.Tolerance == ToleranceMode::WorstCase ? o.settings.worstCaseRuns : 1);
+    integer("sweep_index", s.SweepIndex);
+    number("threshold_db", s.PhaseThreshold);
+    Numbers(json, "c1_f", s.SectionC1, MaxSections);
+    Numbers(json, "c2_f", s.SectionC2, MaxSections);
+    json.EndObject();
+}
+
+void Repairs(JsonWriter& json, const CliOutcome& o) {
+    json.Key("repairs");
+    json.BeginArray();
+    for (const Repair& repair : o.repairs) {
+        json.BeginObject();
+        for (const auto& [key, value] :
+             {std::pair{"box", &repair.box}, std::pair{"typed", &repair.typed},
+              std::pair{"repaired", &repair.repaired}}) {
+            json.Key(key);
+            json.String(*value);
+        }
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
+void Prototype(JsonWriter& json, const CliOutcome& o) {
+    const ProtoSections& p = o.state.Sections;
+    json.Key("prototype");
+    json.BeginArray();
+    for (int i = 0; i < o.results.prototype.sectionCount; ++i)
+        NamedNumbers(json, {{"den_s2", p.DenS2[i]},
+                            {"den_s1", p.DenS1[i]},
+                            {"den_s0", p.DenS0[i]},
+                            {"num_s2", p.NumS2[i]},
+                            {"num_s1", p.NumS1[i]},
+                            {"num_s0", p.NumS0[i]}});
+    json.EndArray();
+}
+
+void Components(JsonWriter& json, const CliOutcome& o) {
+    json.Key("components");
+    json.BeginArray();
     for (int i = 0; i < o.state.NumSections && i < MaxSections; ++i) {
         const WorkingComponents c = o.results.parts.Section(i);
-        sections.push_back({{"R1", Number(c.R1)},
-                            {"R2", Number(c.R2)},
-                            {"R3", Number(c.R3)},
-                            {"R4", Number(c.R4)},
-                            {"C1", Number(c.C1)},
-                            {"C2", Number(c.C2)}});
+        NamedNumbers(
+            json,
+            {{"R1", c.R1}, {"R2", c.R2}, {"R3", c.R3}, {"R4", c.R4}, {"C1", c.C1}, {"C2", c.C2}});
     }
-    return sections;
+    json.EndArray();
 }
 
-json ResponseJson(const CliOutcome& o) {
-    json re = json::array();
-    json im = json::array();
-    for (int i = 0; i < o.results.points; ++i) {
-        re.push_back(Number(o.results.response[i].re));
-        im.push_back(Number(o.results.response[i].im));
+void Response(JsonWriter& json, const CliOutcome& o) {
+    const int n = o.results.points;
+    json.Key("response");
+    json.BeginObject();
+    for (const bool real : {true, false}) {
+        json.Key(real ? "re" : "im");
+        json.BeginArray();
+        for (int i = 0; i < n; ++i)
+            json.Number(real ? o.results.response[i].re : o.results.response[i].im);
+        json.EndArray();
     }
-    return {{"re", re}, {"im", im}};
+    json.EndObject();
 }
 
-json TracesJson(const CliOutcome& o) {
+void TraceArrays(JsonWriter& json, const CliOutcome& o) {
     const Traces& t = o.results.traces;
     const int n = o.results.points;
-    json linear = json::array();
-    for (int i = 0; i < n; ++i) linear.push_back(Number(ComplexAbs(o.results.response[i])));
-    return {{"mag_db", Numbers(t.magnitudeDb.data(), n)},
-            {"mag_linear", linear},
-            {"phase_deg", Numbers(t.phase.data(), n)},
-            {"hilbert_phase_deg", Numbers(t.hilbertPhase.data(), n)},
-            {"group_delay_s", Numbers(t.groupDelay.data(), n)},
-            {"gd_scale_s", Number(t.groupDelayScale)}};
+    json.Key("traces");
+    json.BeginObject();
+    Numbers(json, "mag_db", t.magnitudeDb.data(), n);
+    json.Key("mag_linear");
+    json.BeginArray();
+    for (int i = 0; i < n; ++i) json.Number(ComplexAbs(o.results.response[i]));
+    json.EndArray();
+    Numbers(json, "phase_deg", t.phase.data(), n);
+    Numbers(json, "hilbert_phase_deg", t.hilbertPhase.data(), n);
+    Numbers(json, "group_delay_s", t.groupDelay.data(), n);
+    json.Key("gd_scale_s");
+    json.Number(t.groupDelayScale);
+    json.EndObject();
 }
 
 }  // namespace
 
-json ResultJson(const CliOutcome& o) {
-    json root;
-    root["design"] = DesignJson(o);
-    json repairs = json::array();
-    for (const Repair& repair : o.repairs)
-        repairs.push_back(
-            {{"box", repair.box}, {"typed", repair.typed}, {"repaired", repair.repaired}});
-    root["repairs"] = repairs;
-    root["messages"] = o.messages;
-    root["prototype"] = PrototypeJson(o);
-    root["components"] = ComponentsJson(o);
-    root["report"] = o.results.report;
-    root["frequency_hz"] = Numbers(o.results.frequencies.data(), o.results.points);
-    root["response"] = ResponseJson(o);
-    root["traces"] = TracesJson(o);
+std::string ResultJson(const CliOutcome& o) {
+    std::string text;
+    // About 25 characters a number, ten thousand numbers for a worst-case run with its pulse.
+    text.reserve(1 << 18);
+    JsonWriter json(text);
+    json.BeginObject();
+    Design(json, o);
+    Repairs(json, o);
+    Texts(json, "messages", o.messages);
+    Prototype(json, o);
+    Components(json, o);
+    Texts(json, "report", o.results.report);
+    Numbers(json, "frequency_hz", o.results.frequencies.data(), o.results.points);
+    Response(json, o);
+    TraceArrays(json, o);
     if (o.results.traces.hasPulse) {
-        root["pulse"] = {{"dt_s", Number(o.results.traces.pulseTimeStep)},
-                         {"values", Numbers(o.results.traces.pulse.data(), TracePoints)}};
+        json.Key("pulse");
+        json.BeginObject();
+        json.Key("dt_s");
+        json.Number(o.results.traces.pulseTimeStep);
+        Numbers(json, "values", o.results.traces.pulse.data(), TracePoints);
+        json.EndObject();
     }
     if (o.worstCase) {
-        root["worst_case"] = {{"runs", o.worstCase->runs},
-                              {"mag_db_min", Numbers(o.worstCase->dbMin.data(), PlotPoints)},
-                              {"mag_db_max", Numbers(o.worstCase->dbMax.data(), PlotPoints)}};
+        json.Key("worst_case");
+        json.BeginObject();
+        json.Key("runs");
+        json.Integer(o.worstCase->runs);
+        Numbers(json, "mag_db_min", o.worstCase->dbMin.data(), PlotPoints);
+        Numbers(json, "mag_db_max", o.worstCase->dbMax.data(), PlotPoints);
+        json.EndObject();
     }
-    return root;
+    json.EndObject();
+    text += '\n';
+    return text;
 }
 
 }  // namespace nerivane::cli

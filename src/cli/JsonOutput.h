@@ -9,8 +9,6 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "app/Calculationdriver.h"
 #include "app/DesignState.h"
 #include "cli/Applyoptions.h"
@@ -33,6 +31,7 @@ struct CliOutcome {
     std::vector<std::string> messages;
 };
 
-nlohmann::json ResultJson(const CliOutcome& outcome);
+// The document as text, indented by two spaces, ending in a new line.
+std::string ResultJson(const CliOutcome& outcome);
 
 }  // namespace nerivane::cli

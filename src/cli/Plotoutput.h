@@ -1,4 +1,4 @@
-// The plot as the command line writes it: an image of the chosen size on which every run of
+// The plot as the command line writes it: a picture of the chosen size on which every run of
 // the calculation is drawn (the first with the grid, worst-case runs over it), saved as PNG
 // or BMP by the file name's ending.
 #pragma once
@@ -8,27 +8,21 @@
 
 #include "cli/Applyoptions.h"
 #include "response/Plot.h"
+#include "response/Raster.h"
 
 namespace nerivane::cli {
 
-// True when the name ends in .png or .bmp (in any letter case): the formats the plot is
-// written in.
-bool IsPlotFileName(const std::string& path);
-
 class PlotOutput {
   public:
+    // Throws std::runtime_error when the picture renderer cannot be opened.
     explicit PlotOutput(ImageSize size);
-    ~PlotOutput();
-    PlotOutput(const PlotOutput&) = delete;
-    PlotOutput& operator=(const PlotOutput&) = delete;
 
     void DrawRun(const PlotView& view, const Traces& traces, bool withGrid);
     // Throws std::runtime_error naming the file when it cannot be written.
     void Save(const std::string& path) const;
 
   private:
-    struct Image;
-    std::unique_ptr<Image> image_;
+    std::unique_ptr<Raster> raster_;
 };
 
 }  // namespace nerivane::cli

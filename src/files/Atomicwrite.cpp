@@ -84,14 +84,29 @@ bool Fail(std::string* reason, const std::string& why) {
     return false;
 }
 
+bool WriteInPlace(const std::string& path, std::string_view bytes, std::string* reason) {
+    // A pipe nobody reads fails at once instead of waiting for a reader that never comes; once
+    // open, writes wait for the reader as usual.
+    const int descriptor = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor < 0) return Fail(reason, std::strerror(errno));
+    ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
+    const int error = WriteAll(descriptor, bytes) ? 0 : errno;
+    ::close(descriptor);
+    return error == 0 || Fail(reason, std::strerror(error));
+}
+
 }  // namespace
 
 bool WriteFileAtomically(const std::string& named, std::string_view bytes, std::string* reason) {
     const std::string path = LinkTarget(named);
     // A file its owner made read-only is kept, whoever saves.
     struct stat existing {};
-    if (::stat(path.c_str(), &existing) == 0 && (existing.st_mode & S_IWUSR) == 0)
-        return Fail(reason, "the file is read-only");
+    if (::stat(path.c_str(), &existing) == 0) {
+        if ((existing.st_mode & S_IWUSR) == 0) return Fail(reason, "the file is read-only");
+        // A device or a pipe (/dev/null, a terminal, a FIFO a script reads) is written as it
+        // is: a file renamed over it would take its place.
+        if (!S_ISREG(existing.st_mode)) return WriteInPlace(path, bytes, reason);
+    }
     const std::string folder = FolderOf(path);
     RemoveStaleTemporaries(folder);
     // The new file sits beside the old one: a rename within one folder is atomic.

@@ -11,9 +11,11 @@
 #include <QVBoxLayout>
 #include <stdexcept>
 
+#include "app/Picturefiles.h"
 #include "gui/NamedWidget.h"
 #include "gui/WindowPlacement.h"
 #include "numerics/MessageSink.h"
+#include "render/QtRaster.h"
 #include "render/SchematicImage.h"
 
 namespace nerivane {
@@ -79,7 +81,7 @@ void TSchematicForm::ShowDesign(const Schematic& section, const std::string& sec
 
 bool TSchematicForm::SaveCascadeTo(const std::string& path) {
     try {
-        SaveSchematic(shownCascade_, path);
+        SaveSchematic(shownCascade_, path, MakeQtRaster);
         return true;
     } catch (const std::exception& e) {
         Messages().ShowMessage(e.what(), "Error");

@@ -8,6 +8,7 @@
 #include <QSignalBlocker>
 
 #include "app/Initializevars.h"
+#include "app/Picturefiles.h"
 #include "app/Recordcontrols.h"
 #include "files/Atomicwrite.h"
 #include "files/Filesaveread.h"
@@ -17,7 +18,7 @@
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
 #include "numerics/MessageSink.h"
-#include "render/ImageFiles.h"
+#include "render/ImageEncoding.h"
 #include "response/Valuesreport.h"
 
 namespace nerivane {
@@ -169,7 +170,7 @@ bool TTopForm::SaveCircuitValuesTo(const std::string& path) {
 
 bool TTopForm::SavePlotBitmapTo(const std::string& path) {
     try {
-        SaveBmp(widgets_->bitMap->Image(), path);
+        WritePictureFile(path, EncodeImage(widgets_->bitMap->Image(), ImageFormat::Bmp));
         return true;
     } catch (const std::exception& e) {
         Messages().ShowMessage(std::string(SaveFailedMessage) + "\n" + e.what(), SaveFailedCaption);

@@ -3,17 +3,12 @@
 #include <cmath>
 
 #include "render/QtCanvas.h"
+#include "render/QtRaster.h"
 
 namespace nerivane {
 
 QImage NewPlotImage(const PlotView& view, qreal devicePixelRatio) {
-    // RGB32 is the format the raster painter draws fastest and the BMP export converts from.
-    QImage image(static_cast<int>(std::lround(view.width * devicePixelRatio)),
-                 static_cast<int>(std::lround(view.height * devicePixelRatio)),
-                 QImage::Format_RGB32);
-    image.setDevicePixelRatio(devicePixelRatio);
-    image.fill(QColor(PlotBackground.r, PlotBackground.g, PlotBackground.b));
-    return image;
+    return NewImage({view.width, view.height, devicePixelRatio, PlotBackground});
 }
 
 void PaintPlot(QImage& image, const PlotView& view, const Traces& current, const Traces* reference,

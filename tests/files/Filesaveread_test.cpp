@@ -2,8 +2,10 @@
 // torn by a failed or killed save; the settings file's lines and the recent-files list.
 #include "files/Filesaveread.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -14,6 +16,7 @@
 #include <set>
 
 #include "app/Initializevars.h"
+#include "files/Atomicwrite.h"
 #include "files/Settingsfile.h"
 
 namespace nerivane {
@@ -137,6 +140,21 @@ TEST_F(DesignFiles, FailedSavesLeaveTheOldFileWhole) {
     EXPECT_EQ(std::memcmp(&design, &old, sizeof old), 0);
     for (const auto& entry : fs::directory_iterator(folder))  // no half-written leftovers
         EXPECT_EQ(entry.path().string().find(".nerivane-saving-"), std::string::npos);
+}
+
+// A pipe a script reads (or a device) is written into, not replaced by a file.
+TEST_F(DesignFiles, APipeIsWrittenIntoAndStaysAPipe) {
+    const std::string path = Path("pipe");
+    ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+    // Held open for reading and writing, so the writer's open does not wait for a reader.
+    const int reader = ::open(path.c_str(), O_RDWR | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    EXPECT_TRUE(WriteFileAtomically(path, "abc"));
+    char bytes[8] = {};
+    EXPECT_EQ(::read(reader, bytes, sizeof bytes), 3);
+    EXPECT_STREQ(bytes, "abc");
+    ::close(reader);
+    EXPECT_TRUE(fs::is_fifo(path));
 }
 
 // A save killed at any moment leaves either the old design or the new one, never a torn file.

@@ -12,7 +12,8 @@
 #include <string>
 #include <vector>
 
-#include "render/ImageFiles.h"
+#include "app/Picturefiles.h"
+#include "render/ImageEncoding.h"
 #include "render/OffscreenGui.h"
 
 namespace nerivane {
@@ -124,8 +125,8 @@ class ImageFilesTest : public ::testing::Test {
 TEST_F(ImageFilesTest, SavesTheBitmapWhiteAndThePngAsPainted) {
     ASSERT_TRUE(directory_.isValid());
     const std::string bmp = PathOf("plot.bmp"), png = PathOf("plot.png");
-    SaveBmp(RuleImage(), bmp);
-    SavePng(RuleImage(), png);
+    WritePictureFile(bmp, EncodeImage(RuleImage(), ImageFormat::Bmp));
+    WritePictureFile(png, EncodeImage(RuleImage(), ImageFormat::Png));
     QFile file(QString::fromStdString(bmp));
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     const QByteArray bytes = file.readAll();
@@ -144,9 +145,9 @@ TEST_F(ImageFilesTest, SavesTheBitmapWhiteAndThePngAsPainted) {
 
 TEST_F(ImageFilesTest, ReportsAFileThatCannotBeWritten) {
     const std::string path = PathOf("no such folder/plot.png");
-    for (auto save : {&SavePng, &SaveBmp}) {
+    for (const ImageFormat format : {ImageFormat::Png, ImageFormat::Bmp}) {
         try {
-            save(RuleImage(), path);
+            WritePictureFile(path, EncodeImage(RuleImage(), format));
             ADD_FAILURE() << "no error";
         } catch (const std::runtime_error& error) {
             EXPECT_NE(std::string(error.what()).find(path), std::string::npos);

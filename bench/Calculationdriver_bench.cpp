@@ -7,7 +7,7 @@
 
 #include "app/Calculationdriver.h"
 #include "app/Initializevars.h"
-#include "app/Textparameterboxes.h"
+#include "app/Parameterboxes.h"
 
 namespace nerivane {
 namespace {
@@ -22,9 +22,9 @@ void Run(benchmark::State& benchState, Case c) {
     DesignState state = DefaultDesignState();
     state.PlotPulse = c.pulse;
     if (c.worstCase) state.Tolerance = ToleranceMode::WorstCase;
-    auto boxes = std::make_unique<TextParameterBoxes>();
-    boxes->numPoles.SetText(c.poles);
-    boxes->runs.SetText("1000");
+    auto boxes = std::make_unique<TextBoxes>();
+    (*boxes)[BoxId::NumPoles].SetText(c.poles);
+    (*boxes)[BoxId::WorstCaseRuns].SetText("1000");
     ParameterBoxes parameters = boxes->Parameters();
     ComponentSettings settings;
     auto results = std::make_unique<DesignResults>();

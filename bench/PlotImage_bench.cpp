@@ -8,8 +8,8 @@
 #include "app/Calculationdriver.h"
 #include "app/Controlstates.h"
 #include "app/Initializevars.h"
+#include "app/Parameterboxes.h"
 #include "app/Plotview.h"
-#include "app/Textparameterboxes.h"
 #include "render/OffscreenGui.h"
 #include "render/PlotImage.h"
 
@@ -24,8 +24,8 @@ struct Design {
     explicit Design(bool everyTrace) {
         state.PlotPhase = state.PlotGroupDelay = state.PlotPulse = everyTrace;
         state.PlotMag1dB = everyTrace;
-        TextParameterBoxes text;
-        text.numPoles.SetText("6");
+        TextBoxes text;
+        text[BoxId::NumPoles].SetText("6");
         ParameterBoxes boxes = text.Parameters();
         ComponentSettings settings;
         ToleranceRandom random;

@@ -8,8 +8,8 @@
 
 #include "app/Buildoutputs.h"
 #include "app/Initializevars.h"
+#include "app/Parameterboxes.h"
 #include "app/Picturefiles.h"
-#include "app/Textparameterboxes.h"
 #include "render/OffscreenGui.h"
 #include "render/SchematicImage.h"
 
@@ -22,8 +22,8 @@ struct Design {
     ComponentSettings settings;
 
     Design() {
-        TextParameterBoxes text;
-        text.numPoles.SetText("20");
+        TextBoxes text;
+        text[BoxId::NumPoles].SetText("20");
         ParameterBoxes boxes = text.Parameters();
         ToleranceRandom random;
         Calculate(state, boxes, settings, *results, random);

@@ -6,8 +6,8 @@
 
 #include "app/Calculationdriver.h"
 #include "app/Initializevars.h"
+#include "app/Parameterboxes.h"
 #include "app/Recordcontrols.h"
-#include "app/Textparameterboxes.h"
 #include "files/Filesaveread.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -17,16 +17,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!ValidateDesignBytes(data, size, scratch)) return 0;
     SanitizeDesignRecord(scratch);
     const RecordControls controls = ControlsFromRecord(scratch);
-    auto boxes = std::make_unique<TextParameterBoxes>();
-    boxes->runs.SetText("3");
-    boxes->numPoles.SetText(controls.numPoles);
-    boxes->f0.SetText(controls.f0);
-    boxes->bandWidth.SetText(controls.bandWidth);
-    boxes->gain.SetText(controls.gain);
-    boxes->ripple.SetText(controls.ripple);
-    boxes->gamma.SetText(controls.gamma);
-    boxes->gbw.SetText(controls.gainBandwidthMHz);
-    boxes->ro.SetText(controls.outputResistance);
+    auto boxes = std::make_unique<TextBoxes>();
+    (*boxes)[BoxId::WorstCaseRuns].SetText("3");
+    LoadRecordTexts(controls, boxes->Parameters());
     ParameterBoxes parameters = boxes->Parameters();
     ComponentSettings settings;
     auto results = std::make_unique<DesignResults>();

@@ -13,7 +13,7 @@
 #include "app/Calculationdriver.h"
 #include "app/CapacitorEntry.h"
 #include "app/Initializevars.h"
-#include "app/Textparameterboxes.h"
+#include "app/Parameterboxes.h"
 #include "files/Filesaveread.h"
 #include "files/Regularfiles.h"
 #include "files/Settingsfile.h"
@@ -28,8 +28,8 @@ std::string ScratchFile(const char* ending, const std::string& bytes) {
     return path;
 }
 
-void Calculated(DesignState& design, TextParameterBoxes& boxes) {
-    boxes.runs.SetText("3");
+void Calculated(DesignState& design, TextBoxes& boxes) {
+    boxes[BoxId::WorstCaseRuns].SetText("3");
     ParameterBoxes parameters = boxes.Parameters();
     ComponentSettings settings;
     auto results = std::make_unique<DesignResults>();
@@ -43,7 +43,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) return 0;
     const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
     DesignState design = DefaultDesignState();
-    auto boxes = std::make_unique<TextParameterBoxes>();
+    auto boxes = std::make_unique<TextBoxes>();
     switch (data[0] % 3) {
         case 0: {
             if (ReadDesignFile(ScratchFile(".kq_opamp", bytes), design).outcome ==
@@ -59,10 +59,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             break;
         }
         default: {
-            for (TextBox* box : {&boxes->numPoles, &boxes->ripple, &boxes->f0, &boxes->bandWidth,
-                                 &boxes->gain, &boxes->gamma, &boxes->section, &boxes->testValue,
-                                 &boxes->threshold, &boxes->gbw, &boxes->ro})
-                box->SetText(bytes);
+            // Every typed box but the run count, which would only make the run slow.
+            for (const BoxRule& rule : BoxRules())
+                if (rule.adjusted && rule.id != BoxId::WorstCaseRuns)
+                    (*boxes)[rule.id].SetText(bytes);
             if (const std::optional<double> c = ParseCapacitance(bytes)) design.SectionC1[0] = *c;
             Calculated(design, *boxes);
             break;

@@ -71,33 +71,38 @@ void LayOutFrequencyAxis(DesignState& state, std::span<double> axis) {
     if (axis.size() > 1) axis[0] = 0.1 * axis[1];
 }
 
-void GatherInputs(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
+void GatherInputs(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,
                   DesignResults& results) {
     // Poles first: the ripple limit depends on the order, the gain scale on the sections.
-    AdjustNumPoles(state, boxes.numPoles);
-    AdjustRipple(state, boxes.ripple);
-    AdjustF0(state, boxes.f0);
-    AdjustBandWidth(state, boxes.bandWidth);
-    AdjustGain(state, boxes.gain);
-    AdjustGamma(state, boxes.gamma);
-    AdjustSection(state, boxes.section, {boxes.c1Value, boxes.c2Value});
-    AdjustTestValue(state, boxes.testValue);
+    AdjustNumPoles(state, boxes[BoxId::NumPoles]);
+    AdjustRipple(state, boxes[BoxId::Ripple]);
+    AdjustF0(state, boxes[BoxId::F0]);
+    AdjustBandWidth(state, boxes[BoxId::BandWidth]);
+    AdjustGain(state, boxes[BoxId::Gain]);
+    AdjustGamma(state, boxes[BoxId::Gamma]);
+    AdjustSection(state, boxes[BoxId::Section], {boxes[BoxId::C1Value], boxes[BoxId::C2Value]});
+    AdjustTestValue(state, boxes[BoxId::TestValue]);
 
-    OpAmpBoxes opAmp{boxes.gainBandwidthMHz, boxes.outputResistance};
-    results.opAmpLabels = ReadOpAmp(settings, opAmp, state.IdealOpAmp != 0);
-    ReadWorstCaseRuns(settings, boxes.worstCaseRuns);
+    const double gainBandwidthHz =
+        1e6 * ReadBoxValue(state, boxes[BoxId::GainBandwidth], BoxId::GainBandwidth);
+    const double outputResistanceOhm =
+        ReadBoxValue(state, boxes[BoxId::OutputResistance], BoxId::OutputResistance);
+    results.opAmpLabels =
+        SetOpAmp(settings, gainBandwidthHz, outputResistanceOhm, state.IdealOpAmp != 0);
+    settings.worstCaseRuns =
+        ReadBoxInteger(state, boxes[BoxId::WorstCaseRuns], BoxId::WorstCaseRuns);
     settings.mode = state.Tolerance;
     state.OpAmpGainBandwidth = settings.gainBandwidth;
     state.OpAmpOutputResistance = settings.outputResistance;
     results.toleranceLabel = ToleranceLabelText(settings);
     RecordToleranceTexts(state, settings);
 
-    ReadPhaseThreshold(state, boxes.phaseThreshold);
+    ReadPhaseThreshold(state, boxes[BoxId::PhaseThreshold]);
     StampFormatVersion(state);
     results.gammaLabel = GammaLabelText(state.Gamma, state.ResponseIndex == AdjustableGauss);
 }
 
-void Calculate(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
+void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,
                DesignResults& results, ToleranceRandom& random, const CalculationOptions& options) {
     results.reportNotes.clear();
     GatherInputs(state, boxes, settings, results);

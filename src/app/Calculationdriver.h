@@ -12,50 +12,14 @@
 #include <vector>
 
 #include "app/DesignState.h"
+#include "app/Parameterboxes.h"
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Componentsettings.h"
 #include "circuit/Valuecalculations.h"
-#include "numerics/EditBox.h"
 #include "numerics/Polymain.h"
 #include "response/Traces.h"
 
 namespace nerivane {
-
-// The boxes a calculation reads, owned by the front end.
-struct ParameterBoxes {
-    EditBox& numPoles;
-    EditBox& ripple;
-    EditBox& f0;
-    EditBox& bandWidth;
-    EditBox& gain;
-    EditBox& gamma;
-    EditBox& section;
-    EditBox& testValue;
-    EditBox& c1Value;  // show the selected section's capacitors
-    EditBox& c2Value;
-    EditBox& phaseThreshold;
-    EditBox& gainBandwidthMHz;
-    EditBox& outputResistance;
-    EditBox& worstCaseRuns;
-};
-
-// The texts the boxes start with.
-struct DefaultBoxTexts {
-    static constexpr const char* NumPoles = "3";
-    static constexpr const char* Ripple = "0.2";
-    static constexpr const char* F0 = "5";
-    static constexpr const char* BandWidth = "2";
-    static constexpr const char* Gain = "0";
-    static constexpr const char* Gamma = "0.0";
-    static constexpr const char* Section = "0";
-    static constexpr const char* TestValue = "0.0";
-    static constexpr const char* C1Value = "100pF";
-    static constexpr const char* C2Value = "1.0nF";
-    static constexpr const char* PhaseThreshold = "20";
-    static constexpr const char* GainBandwidthMHz = "10";
-    static constexpr const char* OutputResistance = "10";
-    static constexpr const char* WorstCaseRuns = "100";
-};
 
 // Everything a calculation produces besides the record itself. It lives as long as the
 // design on screen: a band-pass section whose split fails keeps its previous parts.
@@ -87,7 +51,7 @@ void LayOutFrequencyAxis(DesignState& state, std::span<double> axis);
 
 // Reads every box into the record and the component settings. The tolerance classes in
 // settings are the front end's choice; the mode, op amp and runs are read here.
-void GatherInputs(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
+void GatherInputs(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,
                   DesignResults& results);
 
 struct CalculationOptions {
@@ -98,7 +62,7 @@ struct CalculationOptions {
     std::function<void(int run, const Traces& traces)> perRun;
 };
 
-void Calculate(DesignState& state, ParameterBoxes& boxes, ComponentSettings& settings,
+void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,
                DesignResults& results, ToleranceRandom& random,
                const CalculationOptions& options = {});
 

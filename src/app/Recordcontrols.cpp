@@ -3,8 +3,6 @@
 #include <iterator>
 
 #include "app/Initializevars.h"
-#include "numerics/CheckedMath.h"
-#include "numerics/Formatfunctions.h"
 
 namespace nerivane {
 namespace {
@@ -23,14 +21,9 @@ int PercentOf(const char16_t* text, std::size_t units, int fallback) {
 
 RecordControls ControlsFromRecord(const DesignState& s) {
     RecordControls c;
-    c.numPoles = std::to_string(s.NumPoles);
-    c.f0 = FormatFixed(s.F0 / 1000.0, 3);
-    c.bandWidth = FormatFixed(s.BandWidth / 1000.0, 3);
-    c.gain = FormatFixed(20.0 * CheckedLog10(s.SectionGain), 3);
-    c.ripple = FormatFixed(s.Ripple, 3);
-    c.gamma = FormatFixed(s.Gamma, 2);
-    c.gainBandwidthMHz = FormatFixed(s.OpAmpGainBandwidth / 1e6, 3);
-    c.outputResistance = FormatFixed(s.OpAmpOutputResistance, 3);
+    for (const BoxRule& rule : BoxRules())
+        if (rule.recordText != nullptr)
+            c.texts[static_cast<std::size_t>(rule.id)] = rule.recordText(s);
     c.idealOpAmp = s.IdealOpAmp != 0;
     // The record keeps "Standard R" for a worst-case design too: it comes back as standard.
     c.mode = ReadRecordText(s.ToleranceText, std::size(s.ToleranceText)) == "Exact R"
@@ -40,6 +33,13 @@ RecordControls ControlsFromRecord(const DesignState& s) {
         PercentOf(s.CapacitorToleranceText, std::size(s.CapacitorToleranceText), 10);
     c.resistorPercent = PercentOf(s.ResistorToleranceText, std::size(s.ResistorToleranceText), 1);
     return c;
+}
+
+void LoadRecordTexts(const RecordControls& controls, const ParameterBoxes& boxes) {
+    for (const BoxRule& rule : BoxRules())
+        if (const std::string& text = controls.texts[static_cast<std::size_t>(rule.id)];
+            !text.empty())
+            boxes[rule.id].SetText(text);
 }
 
 }  // namespace nerivane

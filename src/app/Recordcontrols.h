@@ -3,22 +3,18 @@
 // calculation reads the record's values back from the boxes.
 #pragma once
 
+#include <array>
 #include <string>
 
 #include "app/DesignState.h"
+#include "app/Parameterboxes.h"
 #include "circuit/Componentsettings.h"
 
 namespace nerivane {
 
 struct RecordControls {
-    std::string numPoles;
-    std::string f0;         // kHz
-    std::string bandWidth;  // kHz
-    std::string gain;       // dB
-    std::string ripple;
-    std::string gamma;
-    std::string gainBandwidthMHz;
-    std::string outputResistance;
+    // Per box of the table, its text; empty for a box the record does not set.
+    std::array<std::string, BoxCount> texts;
     bool idealOpAmp = true;
     ToleranceMode mode = ToleranceMode::Exact;
     int capacitorPercent = 10;
@@ -26,5 +22,8 @@ struct RecordControls {
 };
 
 RecordControls ControlsFromRecord(const DesignState& state);
+
+// Puts the record's texts into the boxes it sets; the others keep theirs.
+void LoadRecordTexts(const RecordControls& controls, const ParameterBoxes& boxes);
 
 }  // namespace nerivane

@@ -11,27 +11,29 @@
 namespace nerivane {
 namespace {
 
-// A real-valued box: read with its limit texts, step within the limits, write back with the
-// given decimals. Returns the value.
-double AdjustReal(EditBox& box, const std::string& minText, const std::string& defaultText,
-                  const std::string& maxText, Step step, double fine, double coarse, int decimals) {
-    double value = EditBoxToDouble(box, minText, defaultText, maxText);
+// A real-valued box: read against its row's limits, stepped within them, written back with
+// the row's decimals. Returns the value.
+double AdjustReal(const DesignState& state, EditBox& box, BoxId id, Step step) {
+    const BoxRule& rule = RuleOf(id);
+    const BoxLimits limits = rule.limits(state);
+    double value = EditBoxToDouble(box, limits.minimum, limits.repair, limits.maximum);
     if (step.direction != StepDirection::None) {
-        const double size = step.coarse ? coarse : fine;
+        const double size = step.coarse ? rule.coarseStep : rule.fineStep;
         value += step.direction == StepDirection::Up ? size : -size;
         // A click never pushes past a limit, so it never turns the box silver.
-        value = ClampDouble(ParseFloatOr(minText, value), value, ParseFloatOr(maxText, value));
+        value = ClampDouble(ParseFloatOr(limits.minimum, value), value,
+                            ParseFloatOr(limits.maximum, value));
     }
-    box.SetText(FormatFixed(value, decimals));
+    box.SetText(FormatFixed(value, rule.decimals));
     return value;
 }
 
-std::int32_t AdjustInteger(EditBox& box, const std::string& minText, const std::string& defaultText,
-                           std::int32_t maximum, Step step) {
-    std::int32_t value = EditBoxToInt(box, minText, defaultText, std::to_string(maximum));
+std::int32_t AdjustInteger(const DesignState& state, EditBox& box, BoxId id, Step step) {
+    const BoxLimits limits = RuleOf(id).limits(state);
+    std::int32_t value = EditBoxToInt(box, limits.minimum, limits.repair, limits.maximum);
     if (step.direction != StepDirection::None) {
         value += step.direction == StepDirection::Up ? 1 : -1;
-        value = ClampInt(std::stoi(minText), value, maximum);
+        value = ClampInt(std::stoi(limits.minimum), value, std::stoi(limits.maximum));
     }
     box.SetText(std::to_string(value));
     return value;
@@ -40,8 +42,7 @@ std::int32_t AdjustInteger(EditBox& box, const std::string& minText, const std::
 }  // namespace
 
 void AdjustNumPoles(DesignState& state, EditBox& box, Step step) {
-    const std::int32_t maximum = state.TopologyIndex >= VcvsBandPass ? 10 : 20;
-    const std::int32_t poles = AdjustInteger(box, "1", "3", maximum, step);
+    const std::int32_t poles = AdjustInteger(state, box, BoxId::NumPoles, step);
     state.NumPoles = poles;
     state.NumSections = SectionsForPoles(state.TopologyIndex, poles);
 }
@@ -59,17 +60,16 @@ double RippleMaximum(std::int32_t responseIndex, std::int32_t numPoles) {
 }
 
 void AdjustRipple(DesignState& state, EditBox& box, Step step) {
-    const std::string maximum = FormatFixed(RippleMaximum(state.ResponseIndex, state.NumPoles), 3);
-    const double ripple = AdjustReal(box, "0.000", "0.20", maximum, step, 0.01, 0.1, 3);
+    const double ripple = AdjustReal(state, box, BoxId::Ripple, step);
     state.Ripple = ClampDouble(0.001, ripple, 2.0);
 }
 
 void AdjustF0(DesignState& state, EditBox& box, Step step) {
-    state.F0 = 1000.0 * AdjustReal(box, ".001", "1.0", "1.0E5", step, 0.1, 1.0, 3);
+    state.F0 = 1000.0 * AdjustReal(state, box, BoxId::F0, step);
 }
 
 void AdjustBandWidth(DesignState& state, EditBox& box, Step step) {
-    state.BandWidth = 1000.0 * AdjustReal(box, ".01", "1.0", "1.0E5", step, 0.1, 1.0, 3);
+    state.BandWidth = 1000.0 * AdjustReal(state, box, BoxId::BandWidth, step);
 }
 
 double PlotTopForGain(std::int32_t numSections, double gainDb) {
@@ -78,16 +78,13 @@ double PlotTopForGain(std::int32_t numSections, double gainDb) {
 }
 
 void AdjustGain(DesignState& state, EditBox& box, Step step) {
-    // Only the inverting stages can attenuate; a VCVS stage's gain is at least 1.
-    const bool inverting = state.TopologyIndex == MfbLowPass || state.TopologyIndex == MfbHighPass;
-    const double gainDb =
-        AdjustReal(box, inverting ? "-20.0" : "0", "0", "20.0", step, 0.1, 1.0, 3);
+    const double gainDb = AdjustReal(state, box, BoxId::Gain, step);
     state.PlotTopDb = PlotTopForGain(state.NumSections, gainDb);
     state.SectionGain = CheckedPow(10.0, 0.05 * gainDb);
 }
 
 void AdjustGamma(DesignState& state, EditBox& box, Step step) {
-    state.Gamma = AdjustReal(box, "-1.0", "0.0", "1.0", step, 0.05, 0.5, 2);
+    state.Gamma = AdjustReal(state, box, BoxId::Gamma, step);
 }
 
 std::string GammaLabelText(double gamma, bool gammaEnabled) {
@@ -103,7 +100,7 @@ std::string CapacitorBoxText(double farads) {
 }
 
 void AdjustSection(DesignState& state, EditBox& box, CapacitorBoxes capacitors, Step step) {
-    const std::int32_t section = AdjustInteger(box, "0", "1", state.NumSections - 1, step);
+    const std::int32_t section = AdjustInteger(state, box, BoxId::Section, step);
     state.SelectedSection = section;
     if (section < 0 || section >= MaxSections) return;
     capacitors.c1.SetText(CapacitorBoxText(state.SectionC1[section]));
@@ -111,7 +108,7 @@ void AdjustSection(DesignState& state, EditBox& box, CapacitorBoxes capacitors, 
 }
 
 void AdjustTestValue(DesignState& state, EditBox& box, Step step) {
-    state.TestValue = AdjustReal(box, "-100.0", DefaultTestValueText, "100.0", step, 0.01, 1.0, 3);
+    state.TestValue = AdjustReal(state, box, BoxId::TestValue, step);
 }
 
 void StepSectionCapacitor(DesignState& state, EditBox& box, Capacitor which, bool up,
@@ -122,8 +119,18 @@ void StepSectionCapacitor(DesignState& state, EditBox& box, Capacitor which, boo
     box.SetText(CapacitorBoxText(stored));
 }
 
+double ReadBoxValue(const DesignState& state, EditBox& box, BoxId id) {
+    const BoxLimits limits = RuleOf(id).limits(state);
+    return EditBoxToDouble(box, limits.minimum, limits.repair, limits.maximum);
+}
+
+std::int32_t ReadBoxInteger(const DesignState& state, EditBox& box, BoxId id) {
+    const BoxLimits limits = RuleOf(id).limits(state);
+    return EditBoxToInt(box, limits.minimum, limits.repair, limits.maximum);
+}
+
 void ReadPhaseThreshold(DesignState& state, EditBox& box) {
-    const double threshold = EditBoxToDouble(box, "-200.0", "20.0", "200.0");
+    const double threshold = ReadBoxValue(state, box, BoxId::PhaseThreshold);
     state.PhaseThreshold = threshold < 0.0 ? threshold : -threshold;
 }
 

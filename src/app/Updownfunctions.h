@@ -1,14 +1,13 @@
-// The parameter adjusters: each reads its box with its limits and default, repairs and
+// The parameter adjusters: each reads its box against its row of the box table, repairs and
 // rewrites it in its standard format and stores the value in the design record; given a step
-// it first moves the value by one step (ten times coarser with Ctrl) within the limits. The
-// limits depend on the design (the pole limit on the topology, the ripple limit on the family
-// and order), which is why they live beside the record and not in the boxes.
+// it first moves the value by one step (ten times coarser with Ctrl) within the limits.
 #pragma once
 
 #include <cstdint>
 #include <string>
 
 #include "app/DesignState.h"
+#include "app/Parameterboxes.h"
 #include "circuit/Componentsettings.h"
 #include "numerics/EditBox.h"
 
@@ -55,7 +54,6 @@ void AdjustSection(DesignState& state, EditBox& box, CapacitorBoxes capacitors,
                    Step step = ReadOnly);
 
 // The hidden test panel's value, -100 to 100 (its step is 0.01, or 1 with Ctrl).
-inline constexpr const char* DefaultTestValueText = "0.0";
 void AdjustTestValue(DesignState& state, EditBox& box, Step step = ReadOnly);
 
 // The capacitor spinners: C1 or C2 of the selected section moves along its series by twice
@@ -65,6 +63,10 @@ void StepSectionCapacitor(DesignState& state, EditBox& box, Capacitor which, boo
                           const ComponentSettings& settings);
 // "100 pF": a capacitor as its box shows it.
 std::string CapacitorBoxText(double farads);
+
+// A box that is only read (it keeps its text unless repaired), against its row's limits.
+double ReadBoxValue(const DesignState& state, EditBox& box, BoxId id);
+std::int32_t ReadBoxInteger(const DesignState& state, EditBox& box, BoxId id);
 
 // The phase plot threshold of the options dialog, stored as a negative number of dB.
 void ReadPhaseThreshold(DesignState& state, EditBox& box);

@@ -4,21 +4,12 @@
 
 namespace nerivane {
 
-OpAmpLabels ReadOpAmp(ComponentSettings& settings, OpAmpBoxes& boxes, bool idealOpAmp) {
-    settings.gainBandwidth =
-        EditBoxToDouble(boxes.gainBandwidthMHz, "0.001", "10.0", "100.0") * 1e6;
-    settings.outputResistance = EditBoxToDouble(boxes.outputResistance, "0.0", "10.0", "1.0E4");
-    if (idealOpAmp) {
-        // The boxes keep what the user typed; the ideal model is fixed.
-        settings.gainBandwidth = 1e8;
-        settings.outputResistance = 0.0;
-    }
+OpAmpLabels SetOpAmp(ComponentSettings& settings, double gainBandwidthHz,
+                     double outputResistanceOhm, bool idealOpAmp) {
+    settings.gainBandwidth = idealOpAmp ? 1e8 : gainBandwidthHz;
+    settings.outputResistance = idealOpAmp ? 0.0 : outputResistanceOhm;
     return {"BW " + FormatEngineering(settings.gainBandwidth, 2, "Hz"),
             "Ro  " + FormatEngineering(settings.outputResistance, 2, "\u03A9")};
-}
-
-void ReadWorstCaseRuns(ComponentSettings& settings, EditBox& box) {
-    settings.worstCaseRuns = EditBoxToInt(box, "1", "10", "1000");
 }
 
 std::string ToleranceLabelText(const ComponentSettings& settings) {

@@ -24,22 +24,14 @@ struct ComponentSettings {
     double CapacitorStd(double x) const { return NearestStdValue(capacitorClass.stride, x); }
 };
 
-// The op-amp boxes: GBW in MHz, output resistance in ohms, and the ideal switch.
-struct OpAmpBoxes {
-    EditBox& gainBandwidthMHz;
-    EditBox& outputResistance;
-};
-
-// Reads the op-amp boxes (repairing them) and applies the ideal switch; returns the label
-// texts "BW 100 MHz" and "Ro  0.00 Ω".
+// Sets the op amp from its boxes' values, or the fixed ideal model when the switch is on (the
+// boxes keep what the user typed); returns the label texts "BW 100 MHz" and "Ro  0.00 Ω".
 struct OpAmpLabels {
     std::string bandwidth;
     std::string outputResistance;
 };
-OpAmpLabels ReadOpAmp(ComponentSettings& settings, OpAmpBoxes& boxes, bool idealOpAmp);
-
-// The worst-case run count box: 1 to 1000, default 10.
-void ReadWorstCaseRuns(ComponentSettings& settings, EditBox& box);
+OpAmpLabels SetOpAmp(ComponentSettings& settings, double gainBandwidthHz,
+                     double outputResistanceOhm, bool idealOpAmp);
 
 // "C 10%   R 1%": the caption of the tolerance label.
 std::string ToleranceLabelText(const ComponentSettings& settings);

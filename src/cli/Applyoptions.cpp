@@ -85,8 +85,8 @@ void ApplyOpAmp(const Options& options, DesignState& state, CliBoxes& boxes) {
                          "\" is neither ideal nor GBW,RO (for example 10M,10)");
     }
     state.IdealOpAmp = 0;
-    TypeScaled(boxes.gainBandwidth, text.substr(0, comma), "Hz", 1e6);
-    TypeScaled(boxes.outputResistance, text.substr(comma + 1), "ohm", 1.0);
+    TypeScaled(boxes[BoxId::GainBandwidth], text.substr(0, comma), "Hz", 1e6);
+    TypeScaled(boxes[BoxId::OutputResistance], text.substr(comma + 1), "ohm", 1.0);
 }
 
 // "mag10,phase": the plot check boxes that are ticked.
@@ -125,14 +125,10 @@ std::vector<std::string> OpenDesign(const std::string& path, DesignState& state,
             throw std::runtime_error(UnreadableFileMessage(path, opened.reason));
     }
     const RecordControls controls = ControlsFromRecord(state);
-    boxes.numPoles.Type(controls.numPoles);
-    boxes.f0.Type(controls.f0);
-    boxes.bandWidth.Type(controls.bandWidth);
-    boxes.gain.Type(controls.gain);
-    boxes.ripple.Type(controls.ripple);
-    boxes.gamma.Type(controls.gamma);
-    boxes.gainBandwidth.Type(controls.gainBandwidthMHz);
-    boxes.outputResistance.Type(controls.outputResistance);
+    for (const BoxRule& rule : BoxRules())
+        if (const std::string& text = controls.texts[static_cast<std::size_t>(rule.id)];
+            !text.empty())
+            boxes[rule.id].Type(text);
     state.IdealOpAmp = controls.idealOpAmp;
     state.Tolerance = controls.mode;
     settings.capacitorClass = *ToleranceClassOf(controls.capacitorPercent);
@@ -167,17 +163,19 @@ std::vector<Repair> ApplyOptions(const Options& options, DesignState& state, Cli
         state.Magnitude = static_cast<MagnitudeMode>(NamedIndex(options, "--mag", MagnitudeNames));
     if (options.Has("--phase"))
         state.Phase = static_cast<PhaseMode>(NamedIndex(options, "--phase", PhaseNames));
-    if (options.Has("--c1")) SetCapacitors(options, "--c1", "C1ValueBox", state.SectionC1, repairs);
-    if (options.Has("--c2")) SetCapacitors(options, "--c2", "C2ValueBox", state.SectionC2, repairs);
+    if (options.Has("--c1"))
+        SetCapacitors(options, "--c1", RuleOf(BoxId::C1Value).name, state.SectionC1, repairs);
+    if (options.Has("--c2"))
+        SetCapacitors(options, "--c2", RuleOf(BoxId::C2Value).name, state.SectionC2, repairs);
 
-    if (options.Has("--poles")) boxes.numPoles.Type(options.Get("--poles"));
-    if (options.Has("--ripple")) boxes.ripple.Type(options.Get("--ripple"));
-    if (options.Has("--gamma")) boxes.gamma.Type(options.Get("--gamma"));
-    if (options.Has("--gain-db")) boxes.gain.Type(options.Get("--gain-db"));
-    if (options.Has("--threshold")) boxes.threshold.Type(options.Get("--threshold"));
-    if (options.Has("--runs")) boxes.runs.Type(options.Get("--runs"));
-    if (options.Has("--f0")) TypeScaled(boxes.f0, options.Get("--f0"), "Hz", 1e3);
-    if (options.Has("--bw")) TypeScaled(boxes.bandWidth, options.Get("--bw"), "Hz", 1e3);
+    if (options.Has("--poles")) boxes[BoxId::NumPoles].Type(options.Get("--poles"));
+    if (options.Has("--ripple")) boxes[BoxId::Ripple].Type(options.Get("--ripple"));
+    if (options.Has("--gamma")) boxes[BoxId::Gamma].Type(options.Get("--gamma"));
+    if (options.Has("--gain-db")) boxes[BoxId::Gain].Type(options.Get("--gain-db"));
+    if (options.Has("--threshold")) boxes[BoxId::PhaseThreshold].Type(options.Get("--threshold"));
+    if (options.Has("--runs")) boxes[BoxId::WorstCaseRuns].Type(options.Get("--runs"));
+    if (options.Has("--f0")) TypeScaled(boxes[BoxId::F0], options.Get("--f0"), "Hz", 1e3);
+    if (options.Has("--bw")) TypeScaled(boxes[BoxId::BandWidth], options.Get("--bw"), "Hz", 1e3);
     return repairs;
 }
 

@@ -200,14 +200,15 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         }
     };
     ToleranceRandom random(seed);
-    ParameterBoxes parameters = boxes->Parameters();
-    Calculate(state, parameters, settings, *results, random, calculation);
+    Calculate(state, boxes->Parameters(), settings, *results, random, calculation);
 
     const bool worstCase = state.Tolerance == ToleranceMode::WorstCase;
     CliOutcome outcome{
         state, *results, settings, worstCase ? envelope.get() : nullptr, capacitorRepairs, {}};
-    for (const CliBox* box : boxes->Typed()) {
-        if (box->Repaired()) outcome.repairs.push_back({box->Name(), box->Typed(), box->Text()});
+    for (const BoxRule& rule : BoxRules()) {
+        const CliBox& box = (*boxes)[rule.id];
+        if (rule.adjusted && box.Repaired())
+            outcome.repairs.push_back({rule.name, box.Typed(), box.Text()});
     }
     for (const std::string& repair : fileRepairs)
         diagnostics.Say("warning: " + options.Get("--open") + ": " + repair);

@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "app/Parameterboxes.h"
+
 namespace nerivane {
 
 inline constexpr const char* SettingsFileName = "Settings.txt";
@@ -17,7 +19,7 @@ inline constexpr int RecentFileCount = 4;
 struct ProgramSettings {
     std::string versionText;
     std::string samplingFrequencyText;
-    std::string thresholdText = "20";
+    std::string thresholdText = RuleOf(BoxId::PhaseThreshold).startText;
     int readOutMode = 0;                                   // 0 graph position, 1 value at frequency
     std::array<std::string, RecentFileCount> recentFiles;  // full paths, most recent first
 };

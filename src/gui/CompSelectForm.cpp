@@ -82,19 +82,18 @@ TCompSelectForm::TCompSelectForm(QWidget* parent) : QDialog(parent) {
     const ClassGroup resistors = NewClassGroup(*this, QStringLiteral("Resistors"), "Resistor");
     const ClassGroup capacitors = NewClassGroup(*this, QStringLiteral("Capacitors"), "Capacitor");
 
-    auto* worstCaseBox = NewNamed<QLineEdit>("WorstCaseMaxBox", QStringLiteral("100"), this);
-    auto* worstCaseLabel =
-        new QLabel(QStringLiteral("Number of Worst Case Simulations  <= 1000"), this);
+    auto* worstCaseBox = NewParameterBox(BoxId::WorstCaseRuns, this);
+    auto* worstCaseLabel = new QLabel(CaptionOf(BoxId::WorstCaseRuns), this);
     worstCaseLabel->setBuddy(worstCaseBox);
 
     auto* opAmpGroup = new QGroupBox(QStringLiteral("Op Amp"), this);
-    auto* gainBandwidthBox = NewNamed<QLineEdit>("GainBWBox", QStringLiteral("10"), opAmpGroup);
-    auto* outputZBox = NewNamed<QLineEdit>("OutputZBox", QStringLiteral("10"), opAmpGroup);
+    auto* gainBandwidthBox = NewParameterBox(BoxId::GainBandwidth, opAmpGroup);
+    auto* outputZBox = NewParameterBox(BoxId::OutputResistance, opAmpGroup);
     auto* opAmpLayout = new QGridLayout(opAmpGroup);
     opAmpLayout->addWidget(gainBandwidthBox, 0, 0);
-    opAmpLayout->addWidget(new QLabel(QStringLiteral("BW  MHz"), opAmpGroup), 0, 1);
+    opAmpLayout->addWidget(new QLabel(CaptionOf(BoxId::GainBandwidth), opAmpGroup), 0, 1);
     opAmpLayout->addWidget(outputZBox, 1, 0);
-    opAmpLayout->addWidget(new QLabel(QStringLiteral("Output Z"), opAmpGroup), 1, 1);
+    opAmpLayout->addWidget(new QLabel(CaptionOf(BoxId::OutputResistance), opAmpGroup), 1, 1);
 
     auto* applyButton = NewNamed<QPushButton>("Button1", QStringLiteral("Apply"), this);
     auto* closeButton = NewNamed<QPushButton>("CloseButton", QStringLiteral("Close"), this);

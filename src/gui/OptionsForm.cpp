@@ -19,7 +19,7 @@ struct TOptionsForm::Widgets {
 
 TOptionsForm::TOptionsForm(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("OptionsForm"));
-    setWindowTitle(QStringLiteral("Phase Plot Threshold"));
+    setWindowTitle(CaptionOf(BoxId::PhaseThreshold));
     setModal(false);
 
     auto* explanation = NewNamed<QLabel>(
@@ -28,7 +28,7 @@ TOptionsForm::TOptionsForm(QWidget* parent) : QDialog(parent) {
                        "plots in the stop band."),
         this);
     explanation->setWordWrap(true);
-    auto* thresholdBox = NewNamed<QLineEdit>("GDPhaseThresholdBox", QStringLiteral("20"), this);
+    auto* thresholdBox = NewParameterBox(BoxId::PhaseThreshold, this);
     auto* applyButton = NewNamed<QPushButton>("ApplyButton", QStringLiteral("Apply"), this);
     auto* closeButton = NewNamed<QPushButton>("CloseButton", QStringLiteral("Close"), this);
     // Enter in the box applies what was typed.

@@ -116,6 +116,8 @@ class TTopForm final : public QMainWindow {
     void BuildMenus();
     void ConnectHandlers();
     void ApplyControlStates();
+    // The boxes of the box table: this window's and its dialogs'.
+    ParameterBoxes Parameters();
     void Calculate(bool singlePass);
     PlotView CurrentPlotView();
     void PaintRun(int run, const Traces& traces);

@@ -35,6 +35,16 @@ void TTopForm::CalcButtonClick() {
     Calculate(false);
 }
 
+ParameterBoxes TTopForm::Parameters() {
+    TopFormBoxes& b = *boxes_;
+    static_assert(BoxCount == 14, "one box here per row of the box table, in its order");
+    return ParameterBoxes(
+        {&b.numPoles, &b.ripple, &b.f0, &b.bandWidth, &b.gain, &b.gamma, &b.section, &b.testValue,
+         &b.c1Value, &b.c2Value, &dialogs_.options->ThresholdBox(),
+         &dialogs_.compSelect->GainBandwidthBox(), &dialogs_.compSelect->OutputResistanceBox(),
+         &dialogs_.compSelect->WorstCaseRunsBox()});
+}
+
 void TTopForm::Calculate(bool singlePass) {
     if (dialogs_.compSelect == nullptr || dialogs_.options == nullptr) return;
     if (keyedInput_) {
@@ -47,24 +57,9 @@ void TTopForm::Calculate(bool singlePass) {
     keyedSinglePass_ = true;
     worstCaseRedraw_.stop();
     TopFormWidgets& w = *widgets_;
-    TopFormBoxes& b = *boxes_;
     state_.IdealOpAmp = w.idealOpAmpCheckBox->isChecked();
     state_.AutoScale = w.autoScaleCheckBox->isChecked();
     dialogs_.compSelect->ReadClasses(settings_);
-    ParameterBoxes parameters{b.numPoles,
-                              b.ripple,
-                              b.f0,
-                              b.bandWidth,
-                              b.gain,
-                              b.gamma,
-                              b.section,
-                              b.testValue,
-                              b.c1Value,
-                              b.c2Value,
-                              dialogs_.options->ThresholdBox(),
-                              dialogs_.compSelect->GainBandwidthBox(),
-                              dialogs_.compSelect->OutputResistanceBox(),
-                              dialogs_.compSelect->WorstCaseRunsBox()};
     CalculationOptions options;
     options.singlePass = singlePass;
     bool painted = false;
@@ -76,7 +71,7 @@ void TTopForm::Calculate(bool singlePass) {
     if (longRun) QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     // The same draws every time, so an unchanged design redraws the same picture.
     ToleranceRandom random;
-    nerivane::Calculate(state_, parameters, settings_, *results_, random, options);
+    nerivane::Calculate(state_, Parameters(), settings_, *results_, random, options);
     calculated_ = true;
     if (!painted) PaintRun(0, results_->traces);
     w.bitMap->SetImage(std::move(image_));

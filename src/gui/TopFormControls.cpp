@@ -33,6 +33,12 @@ QLineEdit* NewBox(const char* name, const char* text, int width, QWidget* parent
     return box;
 }
 
+QLineEdit* NewBox(BoxId id, int width, QWidget* parent) {
+    QLineEdit* box = NewParameterBox(id, parent);
+    box->setFixedWidth(width);
+    return box;
+}
+
 QLabel* NewLabel(const char* name, const QString& text, QWidget* parent) {
     return NewNamed<QLabel>(name, text, parent);
 }
@@ -75,14 +81,14 @@ QGridLayout* NewGrid(QWidget* panel) {
 
 QWidget* BuildPolynomialPanel(QWidget* parent, TopFormWidgets& w) {
     QGroupBox* panel = NewPanel("PolynomialPanel", QStringLiteral("Polynomial Arguments"), parent);
-    w.numPolesBox = NewBox("NumPolesBox", DefaultBoxTexts::NumPoles, NumberBoxWidth, panel);
+    w.numPolesBox = NewBox(BoxId::NumPoles, NumberBoxWidth, panel);
     w.numPolesUpDown = new UpDownButtons(QStringLiteral("NumPolesUpDown"), panel);
-    w.rippleBox = NewBox("RippleBox", DefaultBoxTexts::Ripple, NumberBoxWidth, panel);
+    w.rippleBox = NewBox(BoxId::Ripple, NumberBoxWidth, panel);
     w.rippleUpDown = new UpDownButtons(QStringLiteral("RippleUpDown"), panel);
-    w.rippleLabel = NewLabel("RippleLabel", QStringLiteral("Ripple"), panel);
-    w.gammaBox = NewBox("GammaBox", DefaultBoxTexts::Gamma, NumberBoxWidth, panel);
+    w.rippleLabel = NewLabel("RippleLabel", CaptionOf(BoxId::Ripple), panel);
+    w.gammaBox = NewBox(BoxId::Gamma, NumberBoxWidth, panel);
     w.gammaUpDown = new UpDownButtons(QStringLiteral("GammaUpDown"), panel);
-    w.gammaLabel = NewLabel("GammaLabel", QStringLiteral("Adj Poly"), panel);
+    w.gammaLabel = NewLabel("GammaLabel", CaptionOf(BoxId::Gamma), panel);
     // The label names the family gamma resembles; room for the longest name keeps the panels
     // from shifting as gamma changes.
     int widest = 0;
@@ -92,7 +98,7 @@ QWidget* BuildPolynomialPanel(QWidget* parent, TopFormWidgets& w) {
     }
     w.gammaLabel->setMinimumWidth(widest);
     QGridLayout* grid = NewGrid(panel);
-    AddBoxRow(*grid, 0, NewLabel("NumPolesLabel", QStringLiteral("N Poles"), panel), w.numPolesBox,
+    AddBoxRow(*grid, 0, NewLabel("NumPolesLabel", CaptionOf(BoxId::NumPoles), panel), w.numPolesBox,
               w.numPolesUpDown);
     AddBoxRow(*grid, 1, w.rippleLabel, w.rippleBox, w.rippleUpDown);
     AddBoxRow(*grid, 2, w.gammaLabel, w.gammaBox, w.gammaUpDown);
@@ -102,19 +108,18 @@ QWidget* BuildPolynomialPanel(QWidget* parent, TopFormWidgets& w) {
 
 QWidget* BuildFrequencyPanel(QWidget* parent, TopFormWidgets& w) {
     QGroupBox* panel = NewPanel("FrequencyPanel", QStringLiteral("Frequency"), parent);
-    w.f0Box = NewBox("F0Box", DefaultBoxTexts::F0, NumberBoxWidth, panel);
+    w.f0Box = NewBox(BoxId::F0, NumberBoxWidth, panel);
     w.f0UpDown = new UpDownButtons(QStringLiteral("F0UpDown"), panel);
-    w.bandWidthBox = NewBox("BandWidthBox", DefaultBoxTexts::BandWidth, NumberBoxWidth, panel);
+    w.bandWidthBox = NewBox(BoxId::BandWidth, NumberBoxWidth, panel);
     w.bandWidthUpDown = new UpDownButtons(QStringLiteral("BandWidthUpDown"), panel);
-    w.bandWidthLabel = NewLabel("BandWidthLabel", QStringLiteral("BW (kHz)"), panel);
-    w.filterGainBox = NewBox("FilterGainBox", DefaultBoxTexts::Gain, NumberBoxWidth, panel);
+    w.bandWidthLabel = NewLabel("BandWidthLabel", CaptionOf(BoxId::BandWidth), panel);
+    w.filterGainBox = NewBox(BoxId::Gain, NumberBoxWidth, panel);
     w.gainUpDown = new UpDownButtons(QStringLiteral("GainUpDown"), panel);
     QGridLayout* grid = NewGrid(panel);
-    AddBoxRow(*grid, 0, NewLabel("F0Label", QStringLiteral("F0  (kHz)"), panel), w.f0Box,
-              w.f0UpDown);
+    AddBoxRow(*grid, 0, NewLabel("F0Label", CaptionOf(BoxId::F0), panel), w.f0Box, w.f0UpDown);
     AddBoxRow(*grid, 1, w.bandWidthLabel, w.bandWidthBox, w.bandWidthUpDown);
-    AddBoxRow(*grid, 2, NewLabel("GainLabel", QStringLiteral("Sect Gain (dB)"), panel),
-              w.filterGainBox, w.gainUpDown);
+    AddBoxRow(*grid, 2, NewLabel("GainLabel", CaptionOf(BoxId::Gain), panel), w.filterGainBox,
+              w.gainUpDown);
     grid->setRowStretch(3, 1);
     return panel;
 }
@@ -217,7 +222,7 @@ QLayout* BuildHiddenInputs(QWidget* parent, TopFormWidgets& w) {
     w.testPanel = new QWidget(parent);
     w.testPanel->setObjectName(QStringLiteral("TestPanel"));
     w.testBox = NewNamed<QCheckBox>("TestBox", QStringLiteral("Test"), w.testPanel);
-    w.upDownBox = NewBox("UpDownBox", DefaultTestValueText, NumberBoxWidth, w.testPanel);
+    w.upDownBox = NewBox(BoxId::TestValue, NumberBoxWidth, w.testPanel);
     w.testUpDown = new UpDownButtons(QStringLiteral("TestUpDown"), w.testPanel);
     auto* testRow = new QHBoxLayout(w.testPanel);
     testRow->addWidget(w.testBox);
@@ -253,31 +258,31 @@ QWidget* BuildControlPanel(QWidget& central, TopFormWidgets& w) {
 
 QWidget* BuildBasePanel(QWidget& central, TopFormWidgets& w) {
     QGroupBox* panel = NewPanel("BasePanel", QString(), &central);
-    w.sectionBox = NewBox("SectionBox", DefaultBoxTexts::Section, NumberBoxWidth, panel);
+    w.sectionBox = NewBox(BoxId::Section, NumberBoxWidth, panel);
     w.sectionUpDown = new UpDownButtons(QStringLiteral("SectionUpDown"), panel);
     w.label3 = NewLabel("Label3", QStringLiteral("Adj with F1 F2 or Arrows"), panel);
-    w.c1ValueBox = NewBox("C1ValueBox", DefaultBoxTexts::C1Value, CapacitorBoxWidth, panel);
+    w.c1ValueBox = NewBox(BoxId::C1Value, CapacitorBoxWidth, panel);
     w.c1ValueBox->setToolTip(QStringLiteral("C1 of the section; type a value such as 22n."));
     w.c1UpDown = new UpDownButtons(QStringLiteral("C1UpDown"), panel);
     w.c1ValueLabel = NewLabel("C1ValueLabel", QStringLiteral(" "), panel);
 
     w.c2Panel = new QWidget(panel);
     w.c2Panel->setObjectName(QStringLiteral("C2Panel"));
-    w.c2ValueBox = NewBox("C2ValueBox", DefaultBoxTexts::C2Value, CapacitorBoxWidth, w.c2Panel);
+    w.c2ValueBox = NewBox(BoxId::C2Value, CapacitorBoxWidth, w.c2Panel);
     w.c2ValueBox->setToolTip(QStringLiteral("C2 of the section; type a value such as 22n."));
     w.c2UpDown = new UpDownButtons(QStringLiteral("C2UpDown"), w.c2Panel);
     w.c2Label = NewLabel("C2Label", QString(), w.c2Panel);
     QGridLayout* c2Grid = NewGrid(w.c2Panel);
     c2Grid->setContentsMargins(0, 0, 0, 0);
-    AddBoxRow(*c2Grid, 0, NewLabel("C2Caption", QStringLiteral("C2"), w.c2Panel), w.c2ValueBox,
+    AddBoxRow(*c2Grid, 0, NewLabel("C2Caption", CaptionOf(BoxId::C2Value), w.c2Panel), w.c2ValueBox,
               w.c2UpDown);
     c2Grid->addWidget(w.c2Label, 1, 1);
 
     QGridLayout* grid = NewGrid(panel);
-    AddBoxRow(*grid, 0, NewLabel("SectionLabel", QStringLiteral("Section"), panel), w.sectionBox,
+    AddBoxRow(*grid, 0, NewLabel("SectionLabel", CaptionOf(BoxId::Section), panel), w.sectionBox,
               w.sectionUpDown);
     grid->addWidget(w.label3, 1, 0, 1, 2);
-    AddBoxRow(*grid, 2, NewLabel("C1Caption", QStringLiteral("C1"), panel), w.c1ValueBox,
+    AddBoxRow(*grid, 2, NewLabel("C1Caption", CaptionOf(BoxId::C1Value), panel), w.c1ValueBox,
               w.c1UpDown);
     grid->addWidget(w.c1ValueLabel, 3, 1);
     grid->addWidget(w.c2Panel, 4, 0, 1, 2);

@@ -142,15 +142,7 @@ bool TTopForm::OpenDesignFile(std::string path) {
 
 void TTopForm::LoadControlsFromRecord() {
     const RecordControls c = ControlsFromRecord(state_);
-    TopFormBoxes& b = *boxes_;
-    b.numPoles.SetText(c.numPoles);
-    b.f0.SetText(c.f0);
-    b.bandWidth.SetText(c.bandWidth);
-    b.gain.SetText(c.gain);
-    b.ripple.SetText(c.ripple);
-    b.gamma.SetText(c.gamma);
-    dialogs_.compSelect->GainBandwidthBox().SetText(c.gainBandwidthMHz);
-    dialogs_.compSelect->OutputResistanceBox().SetText(c.outputResistance);
+    LoadRecordTexts(c, Parameters());
     dialogs_.compSelect->SelectClasses(c.capacitorPercent, c.resistorPercent);
     state_.IdealOpAmp = c.idealOpAmp;
     state_.Tolerance = c.mode;

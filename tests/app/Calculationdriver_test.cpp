@@ -9,8 +9,8 @@
 #include <memory>
 
 #include "app/Initializevars.h"
+#include "app/Parameterboxes.h"
 #include "app/Referencedesign.h"
-#include "app/Textparameterboxes.h"
 
 namespace nerivane {
 namespace {
@@ -23,7 +23,7 @@ bool Same(const DesignState& a, const DesignState& b) {
 // the same.
 TEST(Calculate, GivesTheNominalTracesWithOrWithoutAHookForEachRun) {
     DesignState state = DefaultDesignState();
-    TextParameterBoxes boxes;
+    TextBoxes boxes;
     ParameterBoxes parameters = boxes.Parameters();
     ComponentSettings settings;
     auto hooked = std::make_unique<DesignResults>(), plain = std::make_unique<DesignResults>();

@@ -36,7 +36,7 @@ class Startup : public ::testing::Test {
         const std::string command =
             "env HOME='" + root.string() +
             "' XDG_CONFIG_HOME= XDG_DOCUMENTS_DIR= QT_QPA_PLATFORM=offscreen"
-            " NERIVANE_EXIT_AFTER_FIRST_PAINT=1 timeout 60 '" +
+            " timeout 60 '" +
             root.string() + "/bin/nerivane' '" + argument + "' 2>&1";
         FILE* pipe = ::popen(command.c_str(), "r");
         if (pipe == nullptr) return "cannot start the program";

@@ -16,7 +16,7 @@
 #include <string>
 
 #include "gui/LineEditBox.h"
-#include "gui/OffscreenApplication.h"
+#include "support/OffscreenApplication.h"
 #include "gui/ProgramWindows.h"
 #include "numerics/MessageSink.h"
 

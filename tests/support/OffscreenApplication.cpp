@@ -1,4 +1,4 @@
-#include "gui/OffscreenApplication.h"
+#include "support/OffscreenApplication.h"
 
 #include <QApplication>
 #include <memory>

@@ -16,9 +16,9 @@
 #include <string>
 
 #include "gui/LineEditBox.h"
-#include "support/OffscreenApplication.h"
 #include "gui/ProgramWindows.h"
 #include "numerics/MessageSink.h"
+#include "support/OffscreenApplication.h"
 
 namespace nerivane {
 

@@ -37,11 +37,11 @@ struct DesignResults {
     std::vector<std::string> report;  // the circuit values report
     int points = PlotPoints;
     int runs = 0;  // simulation runs made
-    std::array<double, MaxResponsePoints> frequencies{};
-    std::array<Complex, MaxResponsePoints> response{};  // the nominal circuit (run 0)
-    Traces traces;                                      // of the nominal circuit
+    std::array<double, PlotPoints> frequencies{};
+    std::array<Complex, PlotPoints> response{};  // the nominal circuit (run 0)
+    Traces traces;                               // of the nominal circuit
     // Working space of the tolerance runs, kept here so a calculation allocates nothing.
-    std::array<Complex, MaxResponsePoints> runResponse{};
+    std::array<Complex, PlotPoints> runResponse{};
     Traces runTraces;
 };
 

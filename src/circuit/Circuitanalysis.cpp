@@ -87,7 +87,7 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection
 void SimulateSection(int topology, const WorkingComponents& parts, double gainBandwidth,
                      double outputResistance, std::span<const double> frequencies,
                      std::span<Complex> response) {
-    auto sweep = std::make_unique<PreparedSweep>();
+    auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(frequencies, gainBandwidth, std::nullopt, *sweep);
     MultiplySection(topology, parts, outputResistance, *sweep, response);
 }
@@ -95,7 +95,7 @@ void SimulateSection(int topology, const WorkingComponents& parts, double gainBa
 void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double gain,
                            double outputResistance, std::span<const double> frequencies,
                            std::span<Complex> response) {
-    auto sweep = std::make_unique<PreparedSweep>();
+    auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(frequencies, 0.0, gain, *sweep);
     MultiplySection(topology, parts, outputResistance, *sweep, response);
 }
@@ -103,7 +103,7 @@ void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double 
 void SimulateCascade(int topology, const SectionComponents& parts, int numSections,
                      double gainBandwidth, double outputResistance,
                      std::span<const double> frequencies, std::span<Complex> response) {
-    auto sweep = std::make_unique<PreparedSweep>();
+    auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(frequencies, gainBandwidth, std::nullopt, *sweep);
     for (std::size_t k = 0; k < sweep->points; ++k) response[k] = {1.0, 0.0};
     for (int s = 0; s < numSections && s < MaxSections; ++s)
@@ -138,7 +138,7 @@ void Simulate(const SimulationInputs& inputs, std::span<Complex> response, Toler
     const int runs = settings.mode == ToleranceMode::WorstCase && !inputs.singlePass
                          ? settings.worstCaseRuns
                          : 1;
-    auto sweep = std::make_unique<PreparedSweep>();
+    auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(inputs.frequencies, settings.gainBandwidth, std::nullopt, *sweep);
     const std::size_t points = sweep->points;
     for (int run = 0; run < runs; ++run) {

@@ -231,7 +231,10 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
                                options.Has("--save");
         if (report || !anyOutput) WriteText("-", ReportText(*results), out, "report");
         if (options.Has("--json"))
-            WriteText(options.Get("--json"), ResultJson(outcome), out, "JSON");
+            WriteText(
+                options.Get("--json"),
+                [&outcome](const PieceWriter& write) { WriteResultJson(outcome, write); }, out,
+                "JSON");
         if (options.Has("--csv")) WriteText(options.Get("--csv"), CsvText(*results), out, "CSV");
         if (options.Has("--spice"))
             WriteText(options.Get("--spice"), SpiceText(state, *results, settings), out, "SPICE");

@@ -22,9 +22,7 @@ const char* ModeName(ToleranceMode mode) {
 
 void Numbers(JsonWriter& json, const char* key, const double* values, int count) {
     json.Key(key);
-    json.BeginArray();
-    for (int i = 0; i < count; ++i) json.Number(values[i]);
-    json.EndArray();
+    json.NumberList(std::span<const double>(values, static_cast<std::size_t>(count)));
 }
 
 void Texts(JsonWriter& json, const char* key, const std::vector<std::string>& texts) {
@@ -135,12 +133,11 @@ void Response(JsonWriter& json, const CliOutcome& o) {
     const int n = o.results.points;
     json.Key("response");
     json.BeginObject();
+    std::array<double, PlotPoints> part{};
     for (const bool real : {true, false}) {
-        json.Key(real ? "re" : "im");
-        json.BeginArray();
         for (int i = 0; i < n; ++i)
-            json.Number(real ? o.results.response[i].re : o.results.response[i].im);
-        json.EndArray();
+            part[i] = real ? o.results.response[i].re : o.results.response[i].im;
+        Numbers(json, real ? "re" : "im", part.data(), n);
     }
     json.EndObject();
 }
@@ -151,10 +148,9 @@ void TraceArrays(JsonWriter& json, const CliOutcome& o) {
     json.Key("traces");
     json.BeginObject();
     Numbers(json, "mag_db", t.magnitudeDb.data(), n);
-    json.Key("mag_linear");
-    json.BeginArray();
-    for (int i = 0; i < n; ++i) json.Number(ComplexAbs(o.results.response[i]));
-    json.EndArray();
+    std::array<double, PlotPoints> linear{};
+    for (int i = 0; i < n; ++i) linear[i] = ComplexAbs(o.results.response[i]);
+    Numbers(json, "mag_linear", linear.data(), n);
     Numbers(json, "phase_deg", t.phase.data(), n);
     Numbers(json, "hilbert_phase_deg", t.hilbertPhase.data(), n);
     Numbers(json, "group_delay_s", t.groupDelay.data(), n);
@@ -165,11 +161,8 @@ void TraceArrays(JsonWriter& json, const CliOutcome& o) {
 
 }  // namespace
 
-std::string ResultJson(const CliOutcome& o) {
-    std::string text;
-    // About 25 characters a number, ten thousand numbers for a worst-case run with its pulse.
-    text.reserve(1 << 18);
-    JsonWriter json(text);
+void WriteResultJson(const CliOutcome& o, const std::function<void(std::string_view)>& write) {
+    JsonWriter json(write);
     json.BeginObject();
     Design(json, o);
     Repairs(json, o);
@@ -198,8 +191,7 @@ std::string ResultJson(const CliOutcome& o) {
         json.EndObject();
     }
     json.EndObject();
-    text += '\n';
-    return text;
+    json.Finish();
 }
 
 }  // namespace nerivane::cli

@@ -6,7 +6,9 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/Calculationdriver.h"
@@ -31,7 +33,8 @@ struct CliOutcome {
     std::vector<std::string> messages;
 };
 
-// The document as text, indented by two spaces, ending in a new line.
-std::string ResultJson(const CliOutcome& outcome);
+// The document as text, indented by two spaces, ending in a new line, handed to write piece
+// by piece.
+void WriteResultJson(const CliOutcome& outcome, const std::function<void(std::string_view)>& write);
 
 }  // namespace nerivane::cli

@@ -5,7 +5,20 @@
 
 namespace nerivane::cli {
 
+void JsonWriter::HandOnFullPiece() {
+    if (out_.size() < PieceSize) return;
+    write_(out_);
+    out_.clear();
+}
+
+void JsonWriter::Finish() {
+    out_ += '\n';
+    write_(out_);
+    out_.clear();
+}
+
 void JsonWriter::NewLine() {
+    HandOnFullPiece();
     out_ += '\n';
     out_.append(2 * empty_.size(), ' ');
 }
@@ -48,6 +61,24 @@ void JsonWriter::Number(double value) {
     char* end = std::to_chars(text, text + sizeof text, value).ptr;
     out_.append(text, static_cast<std::size_t>(end - text));
     if (std::string_view(text, end).find_first_of(".e") == std::string_view::npos) out_ += ".0";
+}
+
+void JsonWriter::NumberList(std::span<const double> values) {
+    BeforeValue();
+    out_ += '[';
+    char text[32];
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        if (i > 0) out_ += ", ";
+        HandOnFullPiece();
+        if (!std::isfinite(values[i])) {
+            out_ += "null";
+            continue;
+        }
+        char* end =
+            std::to_chars(text, text + sizeof text, values[i], std::chars_format::scientific).ptr;
+        out_.append(text, static_cast<std::size_t>(end - text));
+    }
+    out_ += ']';
 }
 
 void JsonWriter::Integer(long long value) {

@@ -1,8 +1,10 @@
-// A JSON document written straight into a string as it is produced, indented by two spaces per
-// level. The result of a 20-pole design holds about ten thousand numbers; streaming them with
-// the shortest text that reads back as the same double keeps a script's run short.
+// A JSON document written out as it is produced, indented by two spaces per level. The result of a
+// 20-pole design holds about ten thousand numbers, written as the shortest text that reads back as
+// the same double, each list of them on one line.
 #pragma once
 
+#include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,7 +13,12 @@ namespace nerivane::cli {
 
 class JsonWriter {
   public:
-    explicit JsonWriter(std::string& out) : out_(out) {}
+    // Hands the text on in pieces of about a page group, so it is never held whole.
+    explicit JsonWriter(const std::function<void(std::string_view)>& write) : write_(write) {
+        out_.reserve(2 * PieceSize);
+    }
+    // Hands on what is left; call once the document is complete.
+    void Finish();
 
     void BeginObject() { Open('{'); }
     void EndObject() { Close('}'); }
@@ -24,6 +31,8 @@ class JsonWriter {
     // ".0" so that it reads back as a double.
     void Number(double value);
     void Integer(long long value);
+    // A list of numbers on one line, in exponent form (the shortest text to find).
+    void NumberList(std::span<const double> values);
     void Bool(bool value);
     void String(std::string_view text);
     void Null();
@@ -35,7 +44,11 @@ class JsonWriter {
     void NewLine();
     void Quoted(std::string_view text);
 
-    std::string& out_;
+    static constexpr std::size_t PieceSize = 32768;
+    void HandOnFullPiece();
+
+    const std::function<void(std::string_view)>& write_;
+    std::string out_;
     std::vector<bool> empty_;  // per open container: nothing written into it yet
     bool afterKey_ = false;
 };

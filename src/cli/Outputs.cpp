@@ -21,10 +21,18 @@ std::string Cell(double value) {
 
 void WriteText(const std::string& path, const std::string& text, std::ostream& out,
                const char* what) {
+    WriteText(
+        path, [&text](const PieceWriter& write) { write(text); }, out, what);
+}
+
+void WriteText(const std::string& path, const std::function<void(const PieceWriter&)>& produce,
+               std::ostream& out, const char* what) {
     if (path == "-") {
         // A full disk or a closed standard output shows only once the stream is flushed.
         errno = 0;
-        out << text;
+        produce([&out](std::string_view piece) {
+            out.write(piece.data(), static_cast<std::streamsize>(piece.size()));
+        });
         out.flush();
         if (!out)
             throw std::runtime_error(std::string("Cannot write the ") + what +
@@ -34,7 +42,7 @@ void WriteText(const std::string& path, const std::string& text, std::ostream& o
     }
     // A failed write leaves the file that was there untouched.
     std::string reason;
-    if (!WriteFileAtomically(path, text, &reason))
+    if (!WriteFileAtomically(path, produce, &reason))
         throw std::runtime_error(std::string("Cannot write the ") + what + " file \"" + path +
                                  "\": " + reason + ".");
 }

@@ -2,17 +2,22 @@
 // SPICE netlist, and writing any of them to a file or to standard output ("-").
 #pragma once
 
+#include <functional>
 #include <ostream>
 #include <string>
 
 #include "app/Calculationdriver.h"
 #include "app/DesignState.h"
+#include "files/Atomicwrite.h"
 
 namespace nerivane::cli {
 
 // Throws std::runtime_error naming the file when it cannot be written.
 void WriteText(const std::string& path, const std::string& text, std::ostream& out,
                const char* what);
+// The same for a text made piece by piece.
+void WriteText(const std::string& path, const std::function<void(const PieceWriter&)>& produce,
+               std::ostream& out, const char* what);
 
 std::string ReportText(const DesignResults& results);
 

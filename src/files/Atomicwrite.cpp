@@ -84,20 +84,38 @@ bool Fail(std::string* reason, const std::string& why) {
     return false;
 }
 
-bool WriteInPlace(const std::string& path, std::string_view bytes, std::string* reason) {
+// Writes every piece produce hands over; the first failure's errno (0 when none) is returned
+// and later pieces are dropped.
+int WritePieces(int descriptor, const std::function<void(const PieceWriter&)>& produce) {
+    int error = 0;
+    produce([&](std::string_view piece) {
+        if (error == 0 && !WriteAll(descriptor, piece)) error = errno;
+    });
+    return error;
+}
+
+bool WriteInPlace(const std::string& path, const std::function<void(const PieceWriter&)>& produce,
+                  std::string* reason) {
     // A pipe nobody reads fails at once instead of waiting for a reader that never comes; once
     // open, writes wait for the reader as usual.
     const int descriptor = ::open(path.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
     if (descriptor < 0) return Fail(reason, std::strerror(errno));
     ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
-    const int error = WriteAll(descriptor, bytes) ? 0 : errno;
+    const int error = WritePieces(descriptor, produce);
     ::close(descriptor);
     return error == 0 || Fail(reason, std::strerror(error));
 }
 
 }  // namespace
 
-bool WriteFileAtomically(const std::string& named, std::string_view bytes, std::string* reason) {
+bool WriteFileAtomically(const std::string& path, std::string_view bytes, std::string* reason) {
+    return WriteFileAtomically(
+        path, [bytes](const PieceWriter& write) { write(bytes); }, reason);
+}
+
+bool WriteFileAtomically(const std::string& named,
+                         const std::function<void(const PieceWriter& write)>& produce,
+                         std::string* reason) {
     const std::string path = LinkTarget(named);
     // A file its owner made read-only is kept, whoever saves.
     struct stat existing {};
@@ -105,7 +123,7 @@ bool WriteFileAtomically(const std::string& named, std::string_view bytes, std::
         if ((existing.st_mode & S_IWUSR) == 0) return Fail(reason, "the file is read-only");
         // A device or a pipe (/dev/null, a terminal, a FIFO a script reads) is written as it
         // is: a file renamed over it would take its place.
-        if (!S_ISREG(existing.st_mode)) return WriteInPlace(path, bytes, reason);
+        if (!S_ISREG(existing.st_mode)) return WriteInPlace(path, produce, reason);
     }
     const std::string folder = FolderOf(path);
     RemoveStaleTemporaries(folder);
@@ -116,10 +134,9 @@ bool WriteFileAtomically(const std::string& named, std::string_view bytes, std::
     const int descriptor = ::mkstemp(name.data());
     if (descriptor < 0) return Fail(reason, std::strerror(errno));
     const std::string temporary(name.data());
-    int error = 0;
-    if (::fchmod(descriptor, FinalMode(path)) != 0 || !WriteAll(descriptor, bytes) ||
-        ::fsync(descriptor) != 0)
-        error = errno;
+    int error = ::fchmod(descriptor, FinalMode(path)) != 0 ? errno : 0;
+    if (error == 0) error = WritePieces(descriptor, produce);
+    if (error == 0 && ::fsync(descriptor) != 0) error = errno;
     if (::close(descriptor) != 0 && error == 0) error = errno;
     if (error == 0 && std::rename(temporary.c_str(), path.c_str()) != 0) error = errno;
     if (error != 0) {

@@ -3,6 +3,7 @@
 // complete and on disk.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,13 @@ namespace nerivane {
 // True when path now holds exactly these bytes; false (and the old file untouched) otherwise,
 // with the system's words for what went wrong in reason when it is given.
 bool WriteFileAtomically(const std::string& path, std::string_view bytes,
+                         std::string* reason = nullptr);
+
+// The same for a file made piece by piece: produce hands each piece to the writer it is given,
+// so a large file never has to be held whole in memory.
+using PieceWriter = std::function<void(std::string_view piece)>;
+bool WriteFileAtomically(const std::string& path,
+                         const std::function<void(const PieceWriter& write)>& produce,
                          std::string* reason = nullptr);
 
 }  // namespace nerivane

@@ -3,9 +3,9 @@
 // to whatever a front end would install.
 #include <gtest/gtest.h>
 
-#include "numerics/Formatfunctions.h"
 #include "numerics/Matherrmain.h"
 #include "numerics/MessageSink.h"
+#include "numerics/Numberlocale.h"
 
 int main(int argc, char** argv) {
     ::testing::InitGoogleTest(&argc, argv);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "numerics/Boxreading.h"
 #include "numerics/Formatfunctions.h"
 
 namespace nerivane {

@@ -3,9 +3,11 @@
 #include <cmath>
 
 #include "circuit/Valuecalculations.h"
+#include "numerics/Boxreading.h"
 #include "numerics/CheckedMath.h"
 #include "numerics/Formatfunctions.h"
 #include "numerics/Mathfunctions.h"
+#include "numerics/Numberreading.h"
 #include "numerics/Protofunctions.h"
 
 namespace nerivane {

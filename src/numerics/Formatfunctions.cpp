@@ -1,15 +1,12 @@
 #include "numerics/Formatfunctions.h"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdio>
-#include <cstdlib>
-#include <limits>
-#include <string_view>
 
 #include "numerics/CheckedMath.h"
-#include "numerics/MessageSink.h"
+#include "numerics/Numberlocale.h"
+#include "numerics/Numberreading.h"
 
 namespace nerivane {
 namespace {
@@ -19,44 +16,6 @@ constexpr double NotUsedThreshold = 1e47;
 constexpr double FixedZeroThreshold = 1e-18;
 constexpr double RescaleAfterCarry = 0.1;
 constexpr double CarryLimit = 10.0;
-constexpr double Int32Limit = 2147483647.0;
-
-bool nearestIntOverflowReported = false;
-
-struct NumberFormatState {
-    NumberFormatSettings settings;
-    bool built = false;
-};
-
-NumberFormatState& FormatState() {
-    static NumberFormatState state;
-    return state;
-}
-
-char DecimalSeparator() {
-    return CurrentNumberFormat().decimalSeparator;
-}
-
-bool IsBlank(char c) {
-    return c == ' ' || c == '\t';
-}
-
-std::string_view TrimBlanks(std::string_view text) {
-    while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-std::string Lower(std::string_view text) {
-    std::string result(text);
-    for (char& c : result)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-    return result;
-}
 
 std::string PrintfText(const char* format, int precision, double x) {
     const int length = std::snprintf(nullptr, 0, format, precision, x);
@@ -74,105 +33,6 @@ std::string WithLocaleSeparator(std::string text) {
 
 std::string FixedText(double x, int decimals) {
     return WithLocaleSeparator(PrintfText("%.*f", decimals, x));
-}
-
-// Reads a decimal number written with the given separator, without any locale machinery so
-// that the result does not depend on what the process's C locale happens to be.
-ParsedFloat ParseDecimal(std::string_view text, char separator) {
-    constexpr ParsedFloat failed{false, 0.0};
-    text = TrimBlanks(text);
-    std::size_t i = 0;
-    std::string plain;  // the same number with a point, for from_chars
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        if (text[i] == '-') plain += '-';
-        ++i;
-    }
-    bool anyDigit = false;
-    bool seenSeparator = false;
-    // Decimal magnitude of the first non-zero digit; tells underflow from overflow below.
-    long long leadingPosition = 0;
-    bool seenNonZero = false;
-    for (; i < text.size(); ++i) {
-        const char c = text[i];
-        if (IsDigit(c)) {
-            anyDigit = true;
-            if (!seenNonZero && c != '0') seenNonZero = true;
-            if (!seenSeparator && seenNonZero) ++leadingPosition;
-            if (seenSeparator && !seenNonZero) --leadingPosition;
-            plain += c;
-        } else if (c == separator && !seenSeparator) {
-            seenSeparator = true;
-            plain += '.';
-        } else {
-            break;
-        }
-    }
-    if (!anyDigit) return failed;
-    long long exponent = 0;
-    if (i < text.size() && (text[i] == 'e' || text[i] == 'E')) {
-        ++i;
-        bool negative = false;
-        if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-        if (i == text.size()) return failed;
-        constexpr long long exponentCap = 1000000;  // far beyond any double; avoids overflow
-        for (; i < text.size() && IsDigit(text[i]); ++i)
-            exponent = std::min(exponentCap, exponent * 10 + (text[i] - '0'));
-        if (negative) exponent = -exponent;
-        plain += 'e' + std::to_string(exponent);
-    }
-    if (i != text.size()) return failed;
-
-    double value = 0.0;
-    const auto [end, error] = std::from_chars(plain.data(), plain.data() + plain.size(), value);
-    if (end != plain.data() + plain.size()) return failed;
-    if (error == std::errc::result_out_of_range) {
-        // Too small to hold is zero; too large to hold is infinite, which every box limits to
-        // its maximum like any other number too large for it.
-        const bool negative = plain.front() == '-';
-        if (leadingPosition + exponent > 0)
-            return {true, negative ? -std::numeric_limits<double>::infinity()
-                                   : std::numeric_limits<double>::infinity()};
-        return {true, negative ? -0.0 : 0.0};
-    }
-    if (error != std::errc()) return failed;
-    return {true, value};
-}
-
-// Wider than the boxes' integers, so that a number too large for them is still a number,
-// limited by the box like any other.
-struct ParsedInt {
-    bool ok;
-    std::int64_t value;
-};
-
-// Decimal or hexadecimal ("0x1F", "$1F"), with an optional sign; anything outside 32 bits fails.
-ParsedInt ParseInteger(std::string_view text) {
-    constexpr ParsedInt failed{false, 0};
-    text = TrimBlanks(text);
-    bool negative = false;
-    if (!text.empty() && (text.front() == '+' || text.front() == '-')) {
-        negative = text.front() == '-';
-        text.remove_prefix(1);
-    }
-    int base = 10;
-    if (text.starts_with('$')) {
-        base = 16;
-        text.remove_prefix(1);
-    } else if (text.starts_with("0x") || text.starts_with("0X")) {
-        base = 16;
-        text.remove_prefix(2);
-    }
-    std::uint64_t magnitude = 0;
-    const auto [end, error] =
-        std::from_chars(text.data(), text.data() + text.size(), magnitude, base);
-    if (end != text.data() + text.size() || end == text.data()) return failed;
-    if (error != std::errc() && error != std::errc::result_out_of_range) return failed;
-    // A whole number too large to hold is held as the largest one.
-    constexpr std::uint64_t largestMagnitude = 1ULL << 62;
-    if (error == std::errc::result_out_of_range || magnitude > largestMagnitude)
-        magnitude = largestMagnitude;
-    const auto value = static_cast<std::int64_t>(magnitude);
-    return {true, negative ? -value : value};
 }
 
 std::string PrefixFor(int exponent) {
@@ -211,114 +71,7 @@ int ShiftToEngineering(MantissaExponent& split) {
     return shifted;
 }
 
-struct CommaLocale {
-    const char* language;
-    char thousandsSeparator;
-};
-
-// Languages whose usual number format has a decimal comma.
-// clang-format off
-constexpr CommaLocale CommaLanguages[] = {
-    {"de", '.'}, {"it", '.'}, {"es", '.'}, {"nl", '.'}, {"pt", '.'}, {"da", '.'}, {"id", '.'},
-    {"tr", '.'}, {"el", '.'}, {"ro", '.'}, {"hr", '.'}, {"sl", '.'}, {"sr", '.'}, {"bs", '.'},
-    {"is", '.'}, {"ca", '.'}, {"gl", '.'}, {"eu", '.'}, {"vi", '.'}, {"az", '.'}, {"mk", '.'},
-    {"af", ' '}, {"fr", ' '}, {"ru", ' '}, {"uk", ' '}, {"be", ' '}, {"bg", ' '}, {"pl", ' '},
-    {"cs", ' '}, {"sk", ' '}, {"hu", ' '}, {"sv", ' '}, {"nb", ' '}, {"nn", ' '}, {"no", ' '},
-    {"fi", ' '}, {"et", ' '}, {"lv", ' '}, {"lt", ' '}, {"kk", ' '}, {"ka", ' '}, {"hy", ' '},
-};
-
-// Territories whose format differs from their language's.
-struct TerritoryException {
-    const char* locale;
-    NumberFormatSettings settings;
-};
-constexpr TerritoryException TerritoryExceptions[] = {
-    {"de_ch", {'.', '\''}}, {"de_li", {'.', '\''}}, {"it_ch", {'.', '\''}},
-    {"es_mx", {'.', ','}},  {"es_us", {'.', ','}},  {"es_pr", {'.', ','}},
-    {"es_do", {'.', ','}},  {"es_gt", {'.', ','}},  {"es_hn", {'.', ','}},
-    {"es_ni", {'.', ','}},  {"es_pa", {'.', ','}},  {"es_sv", {'.', ','}},
-    {"en_za", {',', ' '}},  {"en_dk", {',', '.'}},
-};
-// clang-format on
-
-// Reads a box against its limits. With valid limits the box always ends holding a legal value; a
-// replaced entry shows as repaired until the next read of that box.
-template <typename Parser>
-auto ReadBox(EditBox& box, const std::string& minText, const std::string& defaultText,
-             const std::string& maxText, Parser parse, const char* guardMessage) {
-    const auto minimum = parse(minText);
-    const auto fallback = parse(defaultText);
-    const auto maximum = parse(maxText);
-    // Limits are written by the program, so a bad one is a programming error; reading goes on.
-    if (!minimum.ok || !fallback.ok || !maximum.ok) ShowMessage(guardMessage);
-    using Value = decltype(minimum.value);
-    const Value minValue = minimum.ok ? minimum.value : Value{1};
-    const Value defaultValue = fallback.ok ? fallback.value : Value{1};
-    const Value maxValue = maximum.ok ? maximum.value : Value{1};
-
-    box.SetRepaired(false);
-    const auto entry = parse(box.Text());
-    Value value = entry.value;
-    if (!entry.ok) {
-        box.SetText(defaultText);
-        value = defaultValue;
-        box.SetRepaired(true);
-    }
-    if (value < minValue) {
-        box.SetText(minText);
-        value = minValue;
-        box.SetRepaired(true);
-    }
-    if (value > maxValue) {
-        box.SetText(maxText);
-        value = maxValue;
-        box.SetRepaired(true);
-    }
-    return value;
-}
-
-std::string LocaleNameFromEnvironment() {
-    for (const char* variable : {"LC_ALL", "LC_NUMERIC", "LANG"}) {
-        const char* value = std::getenv(variable);
-        if (value != nullptr && *value != '\0') return value;
-    }
-    return "";
-}
-
 }  // namespace
-
-NumberFormatSettings NumberFormatForLocaleName(const std::string& localeName) {
-    // "ll_TT.codeset@modifier"; only the language and the territory decide the format.
-    const std::string name = Lower(localeName.substr(0, localeName.find_first_of(".@")));
-    const std::size_t territoryStart = name.find_first_of("_-");
-    const std::string language = name.substr(0, territoryStart);
-    const std::string locale = territoryStart == std::string::npos
-                                   ? language
-                                   : language + "_" + name.substr(territoryStart + 1);
-    for (const TerritoryException& exception : TerritoryExceptions)
-        if (locale == exception.locale) return exception.settings;
-    for (const CommaLocale& comma : CommaLanguages)
-        if (language == comma.language) return {',', comma.thousandsSeparator};
-    return {'.', ','};
-}
-
-const NumberFormatSettings& CurrentNumberFormat() {
-    NumberFormatState& state = FormatState();
-    if (!state.built) {
-        state.settings = NumberFormatForLocaleName(LocaleNameFromEnvironment());
-        state.built = true;
-    }
-    return state.settings;
-}
-
-void SetNumberFormat(const NumberFormatSettings& settings) {
-    FormatState().settings = settings;
-    FormatState().built = true;
-}
-
-void ResetNumberFormat() {
-    FormatState().built = false;
-}
 
 MantissaExponent SplitMantissaExponent(double x) {
     if (x == 0.0) return {0.0, 0};
@@ -340,23 +93,6 @@ double RoundToSignificant(double x, int digits) {
     double y = split.mantissa * CheckedPow(10.0, digits - 1);
     y = y < 0.0 ? std::ceil(y - 0.5) : std::floor(y + 0.5);
     return y * CheckedPow(10.0, split.exponent - (digits - 1));
-}
-
-ParsedFloat ParseLocaleFloat(const std::string& text) {
-    const char separator = DecimalSeparator();
-    std::string adapted = text;
-    // A point typed under a comma locale is taken as the separator; only the first, so that
-    // "1.5.3" still fails.
-    if (separator == ',') {
-        const std::size_t point = adapted.find('.');
-        if (point != std::string::npos) adapted[point] = ',';
-    }
-    return ParseDecimal(adapted, separator);
-}
-
-double ParseFloatOr(const std::string& text, double fallback) {
-    const ParsedFloat parsed = ParseDecimal(text, DecimalSeparator());
-    return parsed.ok ? parsed.value : fallback;
 }
 
 std::string FormatEngineering(double x, int decimals, const std::string& unit) {
@@ -420,33 +156,6 @@ std::string FormatGeneral(double x, int significantDigits) {
         text = text.substr(0, e) + "E" + std::to_string(exponent);
     }
     return WithLocaleSeparator(text);
-}
-
-double EditBoxToDouble(EditBox& box, const std::string& minText, const std::string& defaultText,
-                       const std::string& maxText) {
-    return ReadBox(box, minText, defaultText, maxText, ParseLocaleFloat,
-                   "Invalid String Argument in EditBoxToDouble function.");
-}
-
-std::int32_t EditBoxToInt(EditBox& box, const std::string& minText, const std::string& defaultText,
-                          const std::string& maxText) {
-    return static_cast<std::int32_t>(ReadBox(box, minText, defaultText, maxText, ParseInteger,
-                                             "Invalid String Argument in EditBoxToInt function."));
-}
-
-std::int32_t NearestInt(double x) {
-    if (std::fabs(x) <= Int32Limit)
-        return static_cast<std::int32_t>(x >= 0.0 ? std::floor(x + 0.5) : std::ceil(x - 0.5));
-    if (!nearestIntOverflowReported) {
-        nearestIntOverflowReported = true;
-        ShowMessage("ERROR: Value out of range in NearestInt() UtilityFunctions");
-    }
-    // Symmetric limits: the most negative int has no positive counterpart.
-    return x >= 0.0 ? 2147483647 : -2147483647;
-}
-
-void ResetNearestIntOverflowReport() {
-    nearestIntOverflowReported = false;
 }
 
 }  // namespace nerivane

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "numerics/CheckedMath.h"
+#include "numerics/MessageSink.h"
 
 namespace nerivane {
 
@@ -55,6 +56,28 @@ int ClampInt(int lo, int x, int hi) {
     if (lo > x) return lo;
     if (hi < x) return hi;
     return x;
+}
+
+namespace {
+
+constexpr double Int32Limit = 2147483647.0;
+bool nearestIntOverflowReported = false;
+
+}  // namespace
+
+std::int32_t NearestInt(double x) {
+    if (std::fabs(x) <= Int32Limit)
+        return static_cast<std::int32_t>(x >= 0.0 ? std::floor(x + 0.5) : std::ceil(x - 0.5));
+    if (!nearestIntOverflowReported) {
+        nearestIntOverflowReported = true;
+        ShowMessage("ERROR: Value out of range in NearestInt() UtilityFunctions");
+    }
+    // Symmetric limits: the most negative int has no positive counterpart.
+    return x >= 0.0 ? 2147483647 : -2147483647;
+}
+
+void ResetNearestIntOverflowReport() {
+    nearestIntOverflowReported = false;
 }
 
 }  // namespace nerivane

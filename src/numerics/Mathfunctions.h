@@ -3,6 +3,8 @@
 // zero and overflow, factorials and clamps.
 #pragma once
 
+#include <cstdint>
+
 namespace nerivane {
 
 struct Complex {
@@ -36,6 +38,12 @@ double SafeAtan2(double re, double im);
 double Factorial(int n);
 double ClampDouble(double lo, double x, double hi);
 int ClampInt(int lo, int x, int hi);
+
+// Rounds half away from zero; a value beyond 32 bits is held at the largest magnitude and
+// reported once per process.
+std::int32_t NearestInt(double x);
+// Forgets that NearestInt has already reported an overflow; for tests only.
+void ResetNearestIntOverflowReport();
 
 inline double ComplexAbs(Complex z) {
     return ComplexAbs(z.re, z.im);

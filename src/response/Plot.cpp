@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "numerics/Formatfunctions.h"
+#include "numerics/Mathfunctions.h"
 
 namespace nerivane {
 namespace {

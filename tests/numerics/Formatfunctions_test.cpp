@@ -13,7 +13,11 @@
 #include <utility>
 #include <vector>
 
+#include "numerics/Boxreading.h"
+#include "numerics/Mathfunctions.h"
 #include "numerics/MessageSink.h"
+#include "numerics/Numberlocale.h"
+#include "numerics/Numberreading.h"
 #include "numerics/Sivalue.h"
 
 namespace nerivane {

@@ -22,10 +22,10 @@ struct Design {
     std::array<Complex, PlotPoints> response{};
     int sections = 0;
 
-    Design(int topology, int poles) {
+    Design(Topology topology, int poles) {
         ProtoSections prototype;
-        BuildPrototype(Bessel, poles, 0.2, 0.0, prototype);
-        sections = topology >= 4 ? poles : (poles + 1) / 2;
+        BuildPrototype(Response::Bessel, poles, 0.2, 0.0, prototype);
+        sections = topology >= Topology::VcvsBandPass ? poles : (poles + 1) / 2;
         std::array<double, MaxSections> c1, c2;
         c1.fill(1e-9);
         c2.fill(1e-8);
@@ -40,7 +40,7 @@ struct Design {
         CalculateComponents(inputs, prototype, settings, parts, hints);
         for (int k = 0; k < PlotPoints; ++k) frequencies[k] = 500.0 * std::pow(100.0, k / 1024.0);
     }
-    SimulationInputs Inputs(int topology) const {
+    SimulationInputs Inputs(Topology topology) const {
         SimulationInputs inputs;
         inputs.topology = topology;
         inputs.numSections = sections;
@@ -52,11 +52,11 @@ struct Design {
 };
 
 void SimulateTwentySections(benchmark::State& state) {
-    const int topology = static_cast<int>(state.range(0));
+    const auto topology = static_cast<Topology>(state.range(0));
     auto design = std::make_unique<Design>(topology, 20);
     // 20 sections: 20 band-pass or notch sections from 20 poles; 20 low- or high-pass
     // sections would need 40 poles, so those repeat the 10 sections of 20 poles twice.
-    if (topology < 4) {
+    if (topology < Topology::VcvsBandPass) {
         for (int s = 0; s < 10; ++s) design->parts.Store(s + 10, design->parts.Section(s));
         design->sections = 20;
     }
@@ -74,12 +74,12 @@ BENCHMARK(SimulateTwentySections)
     ->ReportAggregatesOnly(true);
 
 void WorstCaseThousandRunsTenSections(benchmark::State& state) {
-    auto design = std::make_unique<Design>(0, 20);
+    auto design = std::make_unique<Design>(Topology::VcvsLowPass, 20);
     design->settings.mode = ToleranceMode::WorstCase;
     design->settings.worstCaseRuns = 1000;
     ToleranceRandom random;
     for (auto _ : state) {
-        Simulate(design->Inputs(0), design->response, random, [](int) {});
+        Simulate(design->Inputs(Topology::VcvsLowPass), design->response, random, [](int) {});
         benchmark::DoNotOptimize(design->response.data());
     }
 }

@@ -15,10 +15,10 @@ namespace {
 
 void PulseResponseTenSections(benchmark::State& state) {
     ProtoSections prototype;
-    BuildPrototype(Butterworth, 20, 0.5, 0.0, prototype);
+    BuildPrototype(Response::Butterworth, 20, 0.5, 0.0, prototype);
     const std::vector<double> c1(MaxSections, 1e-9), c2(MaxSections, 1e-8);
     ComponentInputs design;
-    design.topology = 0;
+    design.topology = Topology::VcvsLowPass;
     design.numSections = 10;
     design.f0 = 5000.0;
     design.sectionC1 = c1.data();

@@ -40,8 +40,8 @@ Sweep MakeSweep(bool notch) {
 }
 
 void ComputeTracesBench(benchmark::State& state) {
-    const int topology = static_cast<int>(state.range(0));
-    const Sweep sweep = MakeSweep(topology == 6);
+    const auto topology = static_cast<Topology>(state.range(0));
+    const Sweep sweep = MakeSweep(topology == Topology::VcvsNotch);
     Traces traces;
     for (auto _ : state) {
         ComputeTraces(sweep.h, sweep.f, -60.0, topology, 3, traces);

@@ -11,10 +11,10 @@ namespace nerivane {
 namespace {
 
 void BuildPrototypeBench(benchmark::State& state) {
-    const int family = static_cast<int>(state.range(0));
+    const auto family = static_cast<Response>(state.range(0));
     const int poles = static_cast<int>(state.range(1));
     // Chebyshev's ripple limit at 20 poles is 0.1 dB; the others use the start-up 0.2 dB.
-    const double ripple = family == Chebyshev && poles > 15 ? 0.1 : 0.2;
+    const double ripple = family == Response::Chebyshev && poles > 15 ? 0.1 : 0.2;
     ProtoSections sections;
     for (auto _ : state) {
         benchmark::DoNotOptimize(BuildPrototype(family, poles, ripple, 0.0, sections));
@@ -24,7 +24,9 @@ void BuildPrototypeBench(benchmark::State& state) {
 
 BENCHMARK(BuildPrototypeBench)
     ->ArgNames({"family", "poles"})
-    ->ArgsProduct({{Butterworth, Chebyshev, Papoulis, Bessel, Gaussian, AdjustableGauss},
+    ->ArgsProduct({{Index(Response::Butterworth), Index(Response::Chebyshev),
+                    Index(Response::Papoulis), Index(Response::Bessel), Index(Response::Gaussian),
+                    Index(Response::AdjustableGauss)},
                    {4, 8, 20}})
     ->Unit(benchmark::kMicrosecond)
     ->Repetitions(5)

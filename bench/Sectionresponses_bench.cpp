@@ -16,22 +16,22 @@ constexpr double Open = OpenMarker;
 constexpr double Absent = AbsentMarker;
 
 struct BenchSection {
-    int topology;
+    Topology topology;
     WorkingComponents parts;
 };
 
 // Sections of 1 kHz designs; the last two take the first-order forms.
 // clang-format off
 constexpr BenchSection Sections[] = {
-    {0, {11250, 22510, 67520, 67520, 10e-9, 10e-9}},
-    {1, {3046, 30460, 17690, Absent, 1e-9, 47e-9}},
-    {2, {8277, 6323, 12650, 12650, 22e-9, 22e-9}},
-    {3, {4168, 27620, Absent, Absent, 22e-9, 10e-9}},
-    {4, {106100, 11290, 22570, 45130, 10e-9, Absent}},
-    {5, {53050, 687, 154300, Absent, 10e-9, 22e-9}},
-    {6, {3386, 338600, 3352.7, Absent, 4.7e-9, 10e-9}},
-    {2, {Open, 15920, Open, 0, 10e-9, 10e-9}},
-    {3, {Open, 33860, Absent, Absent, 10e-9, 4.7e-9}},
+    {Topology::VcvsLowPass, {11250, 22510, 67520, 67520, 10e-9, 10e-9}},
+    {Topology::MfbLowPass, {3046, 30460, 17690, Absent, 1e-9, 47e-9}},
+    {Topology::VcvsHighPass, {8277, 6323, 12650, 12650, 22e-9, 22e-9}},
+    {Topology::MfbHighPass, {4168, 27620, Absent, Absent, 22e-9, 10e-9}},
+    {Topology::VcvsBandPass, {106100, 11290, 22570, 45130, 10e-9, Absent}},
+    {Topology::MfbBandPass, {53050, 687, 154300, Absent, 10e-9, 22e-9}},
+    {Topology::VcvsNotch, {3386, 338600, 3352.7, Absent, 4.7e-9, 10e-9}},
+    {Topology::VcvsHighPass, {Open, 15920, Open, 0, 10e-9, 10e-9}},
+    {Topology::MfbHighPass, {Open, 33860, Absent, Absent, 10e-9, 4.7e-9}},
 };
 // clang-format on
 

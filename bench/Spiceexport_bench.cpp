@@ -36,15 +36,15 @@ struct BenchDesign {
 BenchDesign MakeDesign() {
     BenchDesign design;
     ProtoSections prototype{};
-    BuildPrototype(Butterworth, Poles, 0.0, 0.0, prototype);
+    BuildPrototype(Response::Butterworth, Poles, 0.0, 0.0, prototype);
     double c1[MaxSections], c2[MaxSections];
     for (int i = 0; i < MaxSections; ++i) {
         c1[i] = 10e-9;
         c2[i] = 22e-9;
     }
     ComponentInputs inputs;
-    inputs.topology = VcvsLowPass;
-    inputs.numSections = SectionsForPoles(VcvsLowPass, Poles);
+    inputs.topology = Topology::VcvsLowPass;
+    inputs.numSections = SectionsForPoles(Topology::VcvsLowPass, Poles);
     inputs.f0 = F0;
     inputs.sectionC1 = c1;
     inputs.sectionC2 = c2;
@@ -52,7 +52,7 @@ BenchDesign MakeDesign() {
     SectionPanelHints hints;
     CalculateComponents(inputs, prototype, settings, design.parts, hints);
 
-    design.spice.topology = VcvsLowPass;
+    design.spice.topology = Topology::VcvsLowPass;
     design.spice.numSections = inputs.numSections;
     design.spice.freqMin = F0 / 10.0;
     design.spice.freqMax = F0 * 10.0;
@@ -60,7 +60,7 @@ BenchDesign MakeDesign() {
     design.spice.gainBandwidth = GainBandwidth;
     design.spice.outputResistance = OutputResistance;
     design.spice.idealOpAmp = false;
-    ReferenceFrequencyGrid(4, F0, design.frequencies);  // one decade each side of F0
+    ReferenceFrequencyGrid(Sweep::OneDecade, F0, design.frequencies);  // one decade each side of F0
     return design;
 }
 

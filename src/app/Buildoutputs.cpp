@@ -8,7 +8,7 @@ namespace nerivane {
 
 std::string SchematicTitle(const std::string& designName, const DesignState& state) {
     std::string title = designName + ", F0 " + FormatEngineering(state.F0, 2, "Hz");
-    if (state.TopologyIndex >= VcvsBandPass)
+    if (state.TopologyIndex >= Topology::VcvsBandPass)
         title += ", BW " + FormatEngineering(state.BandWidth, 2, "Hz");
     switch (state.Tolerance) {
         case ToleranceMode::Exact: return title + ", exact values";

@@ -99,7 +99,8 @@ void GatherInputs(DesignState& state, const ParameterBoxes& boxes, ComponentSett
 
     ReadPhaseThreshold(state, boxes[BoxId::PhaseThreshold]);
     StampFormatVersion(state);
-    results.gammaLabel = GammaLabelText(state.Gamma, state.ResponseIndex == AdjustableGauss);
+    results.gammaLabel =
+        GammaLabelText(state.Gamma, state.ResponseIndex == Response::AdjustableGauss);
 }
 
 void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,

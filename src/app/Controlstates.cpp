@@ -6,15 +6,17 @@ namespace nerivane {
 
 ControlStates UpdateControlStates(DesignState& state) {
     ControlStates controls;
-    const bool bandPass = state.TopologyIndex == VcvsBandPass || state.TopologyIndex == MfbBandPass;
-    controls.bandWidthEnabled = state.TopologyIndex >= VcvsBandPass;
+    const bool bandPass = state.TopologyIndex == Topology::VcvsBandPass ||
+                          state.TopologyIndex == Topology::MfbBandPass;
+    controls.bandWidthEnabled = state.TopologyIndex >= Topology::VcvsBandPass;
     // A band pass has no pass-band edge to take the delay at, so only the plain phase applies.
     if (bandPass) state.Phase = PhaseMode::Plain;
     controls.hilbertPhaseMenuEnabled = !bandPass;
     controls.hilbertPhaseChecked = state.Phase == PhaseMode::Hilbert;
     controls.plotPhaseCaption = controls.hilbertPhaseChecked ? "Hilbert Phase" : "Phase";
-    controls.rippleEnabled = state.ResponseIndex == Chebyshev || state.ResponseIndex == Papoulis;
-    controls.gammaEnabled = state.ResponseIndex == AdjustableGauss;
+    controls.rippleEnabled =
+        state.ResponseIndex == Response::Chebyshev || state.ResponseIndex == Response::Papoulis;
+    controls.gammaEnabled = state.ResponseIndex == Response::AdjustableGauss;
     controls.pulseBoxEnabled = state.Tolerance != ToleranceMode::WorstCase;
     controls.linearMagChecked = state.Magnitude == MagnitudeMode::Linear;
     controls.plotMagEnabled = !controls.linearMagChecked;

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "circuit/Circuitanalysis.h"
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
 #include "numerics/Polymain.h"
@@ -35,8 +36,8 @@ struct DesignState {
     std::int32_t VersionMajor;
     std::int32_t VersionMinor;
     std::int32_t RecordSize;
-    std::int32_t ResponseIndex;
-    std::int32_t TopologyIndex;
+    Response ResponseIndex;
+    Topology TopologyIndex;
     std::int32_t NumPoles;
     std::int32_t NumSections;
     std::int32_t SelectedSection;
@@ -50,7 +51,7 @@ struct DesignState {
     double SectionC1[MaxSections];  // farads
     double SectionC2[MaxSections];  // farads
 
-    std::int32_t SweepIndex;
+    Sweep SweepIndex;
     std::int32_t ReservedAfterSweep;  // keeps the next double aligned; always 0
     double PlotTopDb;                 // top of the magnitude scale
     std::int32_t IdealOpAmp;
@@ -111,8 +112,13 @@ static_assert(offsetof(DesignState, SweepIndex) == 544);
 static_assert(offsetof(DesignState, Sections) == 656);
 static_assert(offsetof(DesignState, Reserved) + sizeof(DesignState::Reserved) == DesignRecordSize);
 
+// The F5 and F7 keys: the next family (through the three numbers past Adjustable Gauss that
+// build no prototype) and the next sweep, each back to the first after the last.
+Response NextFamily(Response response);
+Sweep NextSweep(Sweep sweep);
+
 // Number of op-amp sections for a number of poles: one per pole pair (and one for an odd
 // pole) for low and high pass, one per pole for band pass and notch.
-std::int32_t SectionsForPoles(std::int32_t topologyIndex, std::int32_t numPoles);
+std::int32_t SectionsForPoles(Topology topologyIndex, std::int32_t numPoles);
 
 }  // namespace nerivane

@@ -42,9 +42,9 @@ DesignState DefaultDesignState() {
         state.SectionC1[i] = 1e-10;
         state.SectionC2[i] = 1e-9;
     }
-    state.ResponseIndex = AdjustableGauss;
-    state.TopologyIndex = VcvsLowPass;
-    state.SweepIndex = 4;
+    state.ResponseIndex = Response::AdjustableGauss;
+    state.TopologyIndex = Topology::VcvsLowPass;
+    state.SweepIndex = Sweep::OneDecade;
     state.NumPoles = 3;
     state.NumSections = SectionsForPoles(state.TopologyIndex, state.NumPoles);
     state.SelectedSection = 0;

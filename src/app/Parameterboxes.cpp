@@ -14,7 +14,7 @@ BoxLimits Fixed(const DesignState&) {
 
 // Band pass and notch have one section per pole, so half as many poles fit.
 BoxLimits PoleLimits(const DesignState& s) {
-    return {"1", "3", s.TopologyIndex >= VcvsBandPass ? "10" : "20"};
+    return {"1", "3", s.TopologyIndex >= Topology::VcvsBandPass ? "10" : "20"};
 }
 
 BoxLimits RippleLimits(const DesignState& s) {
@@ -23,7 +23,8 @@ BoxLimits RippleLimits(const DesignState& s) {
 
 // Only the inverting stages can attenuate; a VCVS stage's gain is at least 1.
 BoxLimits GainLimits(const DesignState& s) {
-    const bool inverting = s.TopologyIndex == MfbLowPass || s.TopologyIndex == MfbHighPass;
+    const bool inverting =
+        s.TopologyIndex == Topology::MfbLowPass || s.TopologyIndex == Topology::MfbHighPass;
     return {inverting ? "-20.0" : "0", "0", "20.0"};
 }
 

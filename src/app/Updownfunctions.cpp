@@ -49,8 +49,8 @@ void AdjustNumPoles(DesignState& state, EditBox& box, Step step) {
     state.NumSections = SectionsForPoles(state.TopologyIndex, poles);
 }
 
-double RippleMaximum(std::int32_t responseIndex, std::int32_t numPoles) {
-    if (responseIndex != Chebyshev) return 2.0;
+double RippleMaximum(Response responseIndex, std::int32_t numPoles) {
+    if (responseIndex != Response::Chebyshev) return 2.0;
     // High-order Chebyshev sections get extreme Q quickly; the limit keeps them buildable.
     switch (numPoles) {
         case 16: return 0.5;

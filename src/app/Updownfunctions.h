@@ -25,7 +25,7 @@ inline constexpr Step ReadOnly{};
 void AdjustNumPoles(DesignState& state, EditBox& box, Step step = ReadOnly);
 
 // The largest ripple the family and order allow: 2 dB, less for high-order Chebyshev.
-double RippleMaximum(std::int32_t responseIndex, std::int32_t numPoles);
+double RippleMaximum(Response responseIndex, std::int32_t numPoles);
 // Ripple in dB; the stored value never goes below 0.001 dB, so a box showing 0 still designs.
 void AdjustRipple(DesignState& state, EditBox& box, Step step = ReadOnly);
 

@@ -29,7 +29,7 @@ struct GainLine {
     SectionPolynomials slope;
 };
 
-GainLine LineThrough(int topology, const WorkingComponents& parts, double outputResistance,
+GainLine LineThrough(Topology topology, const WorkingComponents& parts, double outputResistance,
                      double largestGain) {
     const SectionPolynomialsFunction polynomials = SectionPolynomialsFor(topology);
     const double top = std::exp2(std::ceil(std::log2(std::max(largestGain, 1.0))));
@@ -61,7 +61,7 @@ void PrepareSweep(std::span<const double> frequencies, double gainBandwidth,
 // The per-point loop is the program's hottest: built once for AVX2 with FMA (four points per
 // instruction) and once for the baseline, chosen by the processor at load time.
 __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection(
-    int topology, const WorkingComponents& parts, double outputResistance,
+    Topology topology, const WorkingComponents& parts, double outputResistance,
     const PreparedSweep& sweep, std::span<Complex> response) {
     double largestGain = 0.0;
     for (std::size_t k = 0; k < sweep.points; ++k)
@@ -84,7 +84,7 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection
 
 }  // namespace
 
-void SimulateSection(int topology, const WorkingComponents& parts, double gainBandwidth,
+void SimulateSection(Topology topology, const WorkingComponents& parts, double gainBandwidth,
                      double outputResistance, std::span<const double> frequencies,
                      std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
@@ -92,7 +92,7 @@ void SimulateSection(int topology, const WorkingComponents& parts, double gainBa
     MultiplySection(topology, parts, outputResistance, *sweep, response);
 }
 
-void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double gain,
+void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, double gain,
                            double outputResistance, std::span<const double> frequencies,
                            std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
@@ -100,7 +100,7 @@ void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double 
     MultiplySection(topology, parts, outputResistance, *sweep, response);
 }
 
-void SimulateCascade(int topology, const SectionComponents& parts, int numSections,
+void SimulateCascade(Topology topology, const SectionComponents& parts, int numSections,
                      double gainBandwidth, double outputResistance,
                      std::span<const double> frequencies, std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
@@ -156,21 +156,21 @@ void Simulate(const SimulationInputs& inputs, std::span<Complex> response, Toler
     }
 }
 
-SweepLimits SweepLimitsFor(int sweepIndex, double f0) {
+SweepLimits SweepLimitsFor(Sweep sweepIndex, double f0) {
     // Multiples of F0; the linear sweep's start is a fixed 1 Hz instead.
     // clang-format off
     static constexpr SweepLimits Sweeps[] = {
         {0.0, 2.0}, {0.5, 2.0}, {0.25, 4.0}, {0.125, 8.0}, {0.1, 10.0}, {0.01, 100.0},
     };
     // clang-format on
-    const int index = sweepIndex >= 0 && sweepIndex <= 5 ? sweepIndex : 4;
+    const int index = Index(sweepIndex) >= 0 && Index(sweepIndex) <= 5 ? Index(sweepIndex) : 4;
     return {index == 0 ? 1.0 : Sweeps[index].start * f0, Sweeps[index].end * f0};
 }
 
-void ReferenceFrequencyGrid(int sweepIndex, double f0, std::span<double> frequencies) {
+void ReferenceFrequencyGrid(Sweep sweepIndex, double f0, std::span<double> frequencies) {
     const auto [start, end] = SweepLimitsFor(sweepIndex, f0);
     const std::size_t n = frequencies.size();
-    if (sweepIndex == 0) {
+    if (sweepIndex == Sweep::Linear) {
         for (std::size_t k = 0; k < n; ++k) frequencies[k] = k * (end - start) / n + start;
     } else {
         const double logSpan = CheckedLog(end / start);

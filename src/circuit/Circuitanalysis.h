@@ -13,6 +13,20 @@
 
 namespace nerivane {
 
+// The plot's frequency ranges, as the Sweep menu lists them (the half-to-double octave only
+// by the F7 key).
+enum class Sweep : std::int32_t {
+    Linear = 0,
+    OneOctave = 1,
+    TwoOctaves = 2,
+    ThreeOctaves = 3,
+    OneDecade = 4,
+    TwoDecades = 5,
+};
+constexpr int Index(Sweep sweep) {
+    return static_cast<int>(sweep);
+}
+
 inline constexpr int PlotPoints = 1024;
 inline constexpr int MaxResponsePoints = 4096;
 
@@ -20,18 +34,18 @@ inline constexpr int MaxResponsePoints = 4096;
 double OpenLoopGain(double gainBandwidth, double f);
 
 // Multiplies one section's response into response[k] for every frequency.
-void SimulateSection(int topology, const WorkingComponents& parts, double gainBandwidth,
+void SimulateSection(Topology topology, const WorkingComponents& parts, double gainBandwidth,
                      double outputResistance, std::span<const double> frequencies,
                      std::span<Complex> response);
 
 // The same with the op amp's gain held at a constant A (what a SPICE comparison can express).
-void SimulateSectionAtGain(int topology, const WorkingComponents& parts, double gain,
+void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, double gain,
                            double outputResistance, std::span<const double> frequencies,
                            std::span<Complex> response);
 
 // The nominal cascade (no tolerance runs) over a sweep: response is set to the product of the
 // sections' responses. The sweep is prepared once for all sections.
-void SimulateCascade(int topology, const SectionComponents& parts, int numSections,
+void SimulateCascade(Topology topology, const SectionComponents& parts, int numSections,
                      double gainBandwidth, double outputResistance,
                      std::span<const double> frequencies, std::span<Complex> response);
 
@@ -52,7 +66,7 @@ WorkingComponents Perturb(const WorkingComponents& parts, double resistorToleran
                           double capacitorTolerance, ToleranceRandom& random);
 
 struct SimulationInputs {
-    int topology = 0;
+    Topology topology = Topology::VcvsLowPass;
     int numSections = 1;
     const SectionComponents* parts = nullptr;
     const ComponentSettings* settings = nullptr;
@@ -73,11 +87,11 @@ struct SweepLimits {
     double start;  // Hz
     double end;    // Hz
 };
-SweepLimits SweepLimitsFor(int sweepIndex, double f0);
+SweepLimits SweepLimitsFor(Sweep sweepIndex, double f0);
 
 // The sweep's points: frequencies.size() of them from the start, linear or logarithmic, the
 // divisor the point count so that the end itself is never reached. The reference design is
 // simulated over this grid; the plot's axis is the same with its first point moved.
-void ReferenceFrequencyGrid(int sweepIndex, double f0, std::span<double> frequencies);
+void ReferenceFrequencyGrid(Sweep sweepIndex, double f0, std::span<double> frequencies);
 
 }  // namespace nerivane

@@ -3,6 +3,7 @@
 // absent from the topology, or impossible to compute.
 #pragma once
 
+#include <array>
 #include <cstdint>
 
 #include "numerics/Protofunctions.h"
@@ -10,7 +11,7 @@
 namespace nerivane {
 
 // The seven section circuits, numbered as the design record and the Circuit menu number them.
-enum TopologyIndexValue : std::int32_t {
+enum class Topology : std::int32_t {
     VcvsLowPass = 0,
     MfbLowPass = 1,
     VcvsHighPass = 2,
@@ -19,6 +20,14 @@ enum TopologyIndexValue : std::int32_t {
     MfbBandPass = 5,
     VcvsNotch = 6,
 };
+inline constexpr int TopologyCount = 7;
+inline constexpr std::array<Topology, TopologyCount> Topologies = {
+    Topology::VcvsLowPass,  Topology::MfbLowPass,  Topology::VcvsHighPass, Topology::MfbHighPass,
+    Topology::VcvsBandPass, Topology::MfbBandPass, Topology::VcvsNotch};
+// Its number, for tables listed in circuit order.
+constexpr int Index(Topology topology) {
+    return static_cast<int>(topology);
+}
 
 // The capacitors a section can be built with, whoever gives them: the window's boxes, the
 // command line or a design file.

@@ -146,30 +146,30 @@ SectionCircuit Notch() {
 std::array<SectionCircuit, TopologyCount> BuildCircuits() {
     using V = PartValue;
     std::array<SectionCircuit, TopologyCount> circuits{};
-    circuits[VcvsLowPass] =
+    circuits[Index(Topology::VcvsLowPass)] =
         NonInvertingStage("VCVS low pass (Sallen-Key)", "VCVS_LPF.bmp",
                           {"R1", V::R1, "R2", V::R2, "C1", V::C1, "C2", V::C2, "R3", V::R3});
-    circuits[MfbLowPass] =
+    circuits[Index(Topology::MfbLowPass)] =
         InvertingStage("MFB low pass", "MFB_LPF.bmp",
                        {"R1", V::R1, "C2", V::C2, "R3", V::R3, "C1", V::C1, "R2", V::R2});
-    circuits[VcvsHighPass] =
+    circuits[Index(Topology::VcvsHighPass)] =
         NonInvertingStage("VCVS high pass (Sallen-Key, equal capacitors)", "VCVS_HPF.bmp",
                           {"C1", V::C1, "C2", V::C2, "R2", V::R2, "R1", V::R1, "R3", V::R3});
-    circuits[VcvsHighPass].parts[0].wiredWhenR1Open = true;
-    circuits[MfbHighPass] =
+    circuits[Index(Topology::VcvsHighPass)].parts[0].wiredWhenR1Open = true;
+    circuits[Index(Topology::MfbHighPass)] =
         InvertingStage("MFB high pass", "MFB_HPF.bmp",
                        {"C1", V::C1, "R1", V::R1, "C1b", V::C1, "R2", V::R2, "C2", V::C2});
-    circuits[MfbHighPass].parts[2].wiredWhenR1Open = true;
-    circuits[VcvsBandPass] =
+    circuits[Index(Topology::MfbHighPass)].parts[2].wiredWhenR1Open = true;
+    circuits[Index(Topology::VcvsBandPass)] =
         NonInvertingStage("VCVS band pass (Sallen-Key, stage gain 2)", "VCVS_BPF.bmp",
                           {"R1", V::R1, "C1b", V::C1, "R3", V::R3, "R2", V::R2, "R4b", V::R4});
     // The band pass's second C1 runs from a to ground beside the input resistor.
-    Add(circuits[VcvsBandPass],
+    Add(circuits[Index(Topology::VcvsBandPass)],
         Part("C1", V::C1, Node::A, Node::Gnd, PathThrough({{8, 8}, {8, 13}}), 0, LabelSide::Left));
-    circuits[MfbBandPass] =
+    circuits[Index(Topology::MfbBandPass)] =
         InvertingStage("MFB band pass", "MFB_BPF.bmp",
                        {"R1", V::R1, "R2", V::R2, "C2", V::C2, "R3", V::R3, "C1", V::C1});
-    circuits[VcvsNotch] = Notch();
+    circuits[Index(Topology::VcvsNotch)] = Notch();
     constexpr const char* HelpPages[TopologyCount] = {"VCVS_LPF.md", "MFB_LPF.md",  "VCVS_HPF.md",
                                                       "MFB_HPF.md",  "VCVS_BPF.md", "MFB_BPF.md",
                                                       "NOTCH.md"};
@@ -226,11 +226,12 @@ double ValueOf(const WorkingComponents& values, PartValue which) {
     return 0.0;
 }
 
-const SectionCircuit& CircuitOf(int topology) {
+const SectionCircuit& CircuitOf(Topology topology) {
     static const std::array<SectionCircuit, TopologyCount> circuits = BuildCircuits();
-    if (topology < 0 || topology >= TopologyCount)
-        throw std::out_of_range("no section circuit for topology " + std::to_string(topology));
-    return circuits[static_cast<std::size_t>(topology)];
+    if (Index(topology) < 0 || Index(topology) >= TopologyCount)
+        throw std::out_of_range("no section circuit for topology " +
+                                std::to_string(Index(topology)));
+    return circuits[static_cast<std::size_t>(Index(topology))];
 }
 
 PartCondition ConditionOf(const CircuitPart& part, const WorkingComponents& values) {

@@ -123,10 +123,8 @@ struct SectionCircuit {
     }
 };
 
-inline constexpr int TopologyCount = 7;
-
 // The circuit of a topology index 0 .. 6.
-const SectionCircuit& CircuitOf(int topology);
+const SectionCircuit& CircuitOf(Topology topology);
 
 // What a part is in a built section, from its stored value and the markers.
 enum class PartState : std::uint8_t {

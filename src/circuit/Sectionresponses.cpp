@@ -154,21 +154,21 @@ SectionPolynomials NotchPolynomials(const WorkingComponents& c, double A, double
     return {{A, n1, n2, n3}, {A + 1.0, d1, d2, d3}};
 }
 
-SectionPolynomialsFunction SectionPolynomialsFor(int topologyIndex) {
+SectionPolynomialsFunction SectionPolynomialsFor(Topology topologyIndex) {
     switch (topologyIndex) {
-        case 0: return VcvsLowPassPolynomials;
-        case 1: return MfbLowPassPolynomials;
-        case 2: return VcvsHighPassPolynomials;
-        case 3: return MfbHighPassPolynomials;
-        case 4: return VcvsBandPassPolynomials;
-        case 5: return MfbBandPassPolynomials;
-        case 6: return NotchPolynomials;
+        case Topology::VcvsLowPass: return VcvsLowPassPolynomials;
+        case Topology::MfbLowPass: return MfbLowPassPolynomials;
+        case Topology::VcvsHighPass: return VcvsHighPassPolynomials;
+        case Topology::MfbHighPass: return MfbHighPassPolynomials;
+        case Topology::VcvsBandPass: return VcvsBandPassPolynomials;
+        case Topology::MfbBandPass: return MfbBandPassPolynomials;
+        case Topology::VcvsNotch: return NotchPolynomials;
         // No circuit of that number: the section passes the signal unchanged.
         default: return UnityPolynomials;
     }
 }
 
-Complex SectionResponse(int topologyIndex, const WorkingComponents& c, double w, double A,
+Complex SectionResponse(Topology topologyIndex, const WorkingComponents& c, double w, double A,
                         double Ro) {
     return EvaluateSection(SectionPolynomialsFor(topologyIndex)(c, A, Ro), w);
 }

@@ -55,10 +55,10 @@ SectionPolynomials NotchPolynomials(const WorkingComponents& c, double A, double
 
 using SectionPolynomialsFunction = SectionPolynomials (*)(const WorkingComponents&, double, double);
 // The polynomials of a topology (0 VCVS low pass ... 6 notch).
-SectionPolynomialsFunction SectionPolynomialsFor(int topologyIndex);
+SectionPolynomialsFunction SectionPolynomialsFor(Topology topologyIndex);
 
 // One section's response at w rad/s.
-Complex SectionResponse(int topologyIndex, const WorkingComponents& c, double w, double A,
+Complex SectionResponse(Topology topologyIndex, const WorkingComponents& c, double w, double A,
                         double Ro);
 
 using SectionResponseFunction = Complex (*)(const WorkingComponents&, double, double, double);

@@ -12,7 +12,7 @@
 namespace nerivane {
 
 struct SpiceDesign {
-    int topology = 0;
+    Topology topology = Topology::VcvsLowPass;
     int numSections = 1;
     double freqMin = 500.0;  // Hz, the sweep of the design
     double freqMax = 50000.0;

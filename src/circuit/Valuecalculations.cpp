@@ -67,19 +67,19 @@ void Prepare(const SectionContext& x, WorkingComponents& parts, double ratio) {
     };
 
     switch (x.inputs.topology) {
-        case VcvsLowPass:
+        case Topology::VcvsLowPass:
             limit = (4.0 * C * (K - 1.0) + B * B) * parts.C2 * 0.25 / C;
             showLimitAndSuggestion(A != 0.0);
             if (A == 0.0) parts.C2 = OpenMarker;
             pushDown = true;
             break;
-        case MfbLowPass:
+        case Topology::MfbLowPass:
             limit = B * B * parts.C2 / (4.0 * C * (K + 1.0));
             showLimitAndSuggestion(A != 0.0);
             if (A == 0.0) parts.C2 = 0.0;
             pushDown = true;
             break;
-        case VcvsHighPass:
+        case Topology::VcvsHighPass:
             hideC2Panel();
             if (A == 0.0) {
                 // First order: the input capacitor is a wire and the user's C1 is the one left.
@@ -89,15 +89,15 @@ void Prepare(const SectionContext& x, WorkingComponents& parts, double ratio) {
                 parts.C2 = parts.C1;  // equal capacitors
             }
             break;
-        case MfbHighPass:
+        case Topology::MfbHighPass:
             hideC2Panel();
             parts.C2 = x.settings.CapacitorStd(parts.C1 / K);
             break;
-        case VcvsBandPass:
+        case Topology::VcvsBandPass:
             hideC2Panel();
             parts.C2 = AbsentMarker;
             break;
-        case MfbBandPass:
+        case Topology::MfbBandPass:
             limit = ratio <= 0.0 ? FallbackLimit : ratio * parts.C2;
             if (!(limit >= LimitFloor)) limit = LimitFloor;
             if (selected) {
@@ -108,7 +108,7 @@ void Prepare(const SectionContext& x, WorkingComponents& parts, double ratio) {
             }
             pushDown = true;
             break;
-        case VcvsNotch:
+        case Topology::VcvsNotch:
             hideC2Panel();
             parts.C2 = x.settings.CapacitorStd(2.0 * parts.C1);
             break;
@@ -262,7 +262,7 @@ bool BandPassResonator(const SectionContext& x, Resonator& r) {
 
 void BandPassValues(const SectionContext& x, const Resonator& r, WorkingComponents& p) {
     const double w = x.w;
-    if (x.inputs.topology == VcvsBandPass) {
+    if (x.inputs.topology == Topology::VcvsBandPass) {
         p.R1 = 2.0 / r.H / w / p.C1;
         p.R2 = (2.0 / w / p.C1) / (CheckedSqrt((r.H - r.b1) * (r.H - r.b1) + 8.0 * r.b0) - r.b1);
         p.R3 = (1.0 / p.R1 + 1.0 / p.R2) / (w * w * p.C1 * p.C1 * r.b0);
@@ -311,24 +311,24 @@ void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& pro
                          w,      inputs.gain};
         WorkingComponents working = parts.Section(i);
         switch (inputs.topology) {
-            case VcvsLowPass:
+            case Topology::VcvsLowPass:
                 Prepare(x, working, 0.0);
                 VcvsLowPassValues(x, working);
                 break;
-            case MfbLowPass:
+            case Topology::MfbLowPass:
                 Prepare(x, working, 0.0);
                 MfbLowPassValues(x, working);
                 break;
-            case VcvsHighPass:
+            case Topology::VcvsHighPass:
                 Prepare(x, working, 0.0);
                 VcvsHighPassValues(x, working);
                 break;
-            case MfbHighPass:
+            case Topology::MfbHighPass:
                 Prepare(x, working, 0.0);
                 MfbHighPassValues(x, working);
                 break;
-            case VcvsBandPass:
-            case MfbBandPass: {
+            case Topology::VcvsBandPass:
+            case Topology::MfbBandPass: {
                 const int p = (bandPassOffset + i) / 2;
                 x.den = PrototypeSection(prototype, p);
                 if (x.den.A == 0.0) bandPassOffset = 1;
@@ -339,7 +339,7 @@ void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& pro
                 BandPassValues(x, r, working);
                 break;
             }
-            case VcvsNotch:
+            case Topology::VcvsNotch:
                 Prepare(x, working, 0.0);
                 NotchValues(x, working);
                 break;

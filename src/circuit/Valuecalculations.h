@@ -15,7 +15,7 @@ namespace nerivane {
 inline constexpr double TwoPi = 6.283185307179586;
 
 struct ComponentInputs {
-    int topology = 0;
+    Topology topology = Topology::VcvsLowPass;
     int numSections = 1;  // op-amp sections
     int selectedSection = 0;
     double f0 = 5000.0;                 // Hz

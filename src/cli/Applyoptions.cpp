@@ -149,10 +149,13 @@ std::vector<Repair> ApplyOptions(const Options& options, DesignState& state, Cli
                                  ComponentSettings& settings) {
     std::vector<Repair> repairs;
     if (options.Has("--topology"))
-        state.TopologyIndex = NamedIndex(options, "--topology", TopologyNames);
+        state.TopologyIndex =
+            static_cast<Topology>(NamedIndex(options, "--topology", TopologyNames));
     if (options.Has("--response"))
-        state.ResponseIndex = NamedIndex(options, "--response", ResponseNames);
-    if (options.Has("--sweep")) state.SweepIndex = NamedIndex(options, "--sweep", SweepNames);
+        state.ResponseIndex =
+            static_cast<Response>(NamedIndex(options, "--response", ResponseNames));
+    if (options.Has("--sweep"))
+        state.SweepIndex = static_cast<Sweep>(NamedIndex(options, "--sweep", SweepNames));
     if (options.Has("--mode"))
         state.Tolerance = static_cast<ToleranceMode>(NamedIndex(options, "--mode", ModeNames));
     if (options.Has("--res-tol")) settings.resistorClass = ToleranceOption(options, "--res-tol");

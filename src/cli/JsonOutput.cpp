@@ -58,10 +58,10 @@ void Design(JsonWriter& json, const CliOutcome& o) {
     };
     json.Key("design");
     json.BeginObject();
-    text("topology", NameOfIndex(TopologyNames, s.TopologyIndex));
-    integer("topology_index", s.TopologyIndex);
-    text("response", NameOfIndex(ResponseNames, s.ResponseIndex));
-    integer("response_index", s.ResponseIndex);
+    text("topology", NameOf(TopologyNames, s.TopologyIndex));
+    integer("topology_index", Index(s.TopologyIndex));
+    text("response", NameOf(ResponseNames, s.ResponseIndex));
+    integer("response_index", Index(s.ResponseIndex));
     integer("poles", s.NumPoles);
     integer("sections", s.NumSections);
     integer("selected_section", s.SelectedSection);
@@ -80,7 +80,7 @@ void Design(JsonWriter& json, const CliOutcome& o) {
     number("gbw_hz", s.OpAmpGainBandwidth);
     number("ro_ohm", s.OpAmpOutputResistance);
     integer("runs", s.Tolerance == ToleranceMode::WorstCase ? o.settings.worstCaseRuns : 1);
-    integer("sweep_index", s.SweepIndex);
+    integer("sweep_index", Index(s.SweepIndex));
     number("threshold_db", s.PhaseThreshold);
     Numbers(json, "c1_f", s.SectionC1, MaxSections);
     Numbers(json, "c2_f", s.SectionC2, MaxSections);

@@ -52,5 +52,10 @@ std::string NameOfIndex(const std::array<std::string_view, N>& names, int index)
     if (index >= 0 && index < static_cast<int>(N)) return std::string(names[index]);
     return "index " + std::to_string(index);
 }
+// The option name of a topology, family or sweep.
+template <std::size_t N, typename Enum>
+std::string NameOf(const std::array<std::string_view, N>& names, Enum value) {
+    return NameOfIndex(names, Index(value));
+}
 
 }  // namespace nerivane::cli

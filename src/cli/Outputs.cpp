@@ -73,13 +73,13 @@ std::string SpiceText(const DesignState& state, const DesignResults& results,
     design.freqMin = state.FreqMin;
     design.freqMax = state.FreqMax;
     design.points = results.points;
-    design.linearSweep = state.SweepIndex == 0;
+    design.linearSweep = state.SweepIndex == Sweep::Linear;
     design.gainBandwidth = settings.gainBandwidth;
     design.outputResistance = settings.outputResistance;
     design.idealOpAmp = state.IdealOpAmp != 0;
     design.title = "Nerivane " + std::to_string(state.NumPoles) + "-pole " +
-                   NameOfIndex(ResponseNames, state.ResponseIndex) + " " +
-                   NameOfIndex(TopologyNames, state.TopologyIndex);
+                   NameOf(ResponseNames, state.ResponseIndex) + " " +
+                   NameOf(TopologyNames, state.TopologyIndex);
     return SpiceNetlist(design, results.parts);
 }
 

@@ -56,6 +56,14 @@ class Repairs {
         Say(field, std::to_string(value), std::to_string(fallback));
         value = fallback;
     }
+    // A topology, family or sweep is kept by its number.
+    template <typename Enum>
+    requires std::is_enum_v<Enum>
+    void KeepInRange(const std::string& field, Enum& value, int low, int high, Enum fallback) {
+        int number = static_cast<int>(value);
+        KeepInRange(field, number, low, high, static_cast<int>(fallback));
+        value = static_cast<Enum>(number);
+    }
     void KeepUsable(const std::string& field, double& value, double low, double high,
                     double fallback) {
         if (value >= low && value <= high) return;
@@ -184,11 +192,11 @@ std::string UnreadableFileMessage(const std::string& path, const std::string& re
 }
 
 std::string ProposedFileName(const DesignState& state) {
-    const int family =
-        state.ResponseIndex >= 0 && state.ResponseIndex <= 8 ? state.ResponseIndex : 0;
-    const int topology =
-        state.TopologyIndex >= 0 && state.TopologyIndex <= 6 ? state.TopologyIndex : 0;
-    return std::to_string(state.NumPoles) + FamilyTexts[family] + TopologyTexts[topology];
+    const int family = Index(state.ResponseIndex);
+    const int topology = Index(state.TopologyIndex);
+    return std::to_string(state.NumPoles) +
+           (family >= 0 && family <= 8 ? FamilyTexts[family] : FamilyTexts[0]) +
+           (topology >= 0 && topology <= 6 ? TopologyTexts[topology] : TopologyTexts[0]);
 }
 
 std::string DesignTitle(const std::string& path) {

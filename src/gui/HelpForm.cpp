@@ -54,7 +54,7 @@ void THelpForm::SetRunTimeFilesDir(const std::string& folder) {
     runTimeFilesDir_ = folder;
 }
 
-void THelpForm::ShowCircuitInfo(int topology, const QImage& picture) {
+void THelpForm::ShowCircuitInfo(Topology topology, const QImage& picture) {
     const SectionCircuit& circuit = CircuitOf(topology);
     shownTopology_ = topology;
     setWindowTitle(QStringLiteral("Circuit Info: ") + QString::fromUtf8(circuit.title));
@@ -64,13 +64,13 @@ void THelpForm::ShowCircuitInfo(int topology, const QImage& picture) {
     Present();
 }
 
-void THelpForm::CircuitChanged(int topology, const QImage& picture) {
-    if (isVisible() && shownTopology_ >= 0 && topology != shownTopology_)
+void THelpForm::CircuitChanged(Topology topology, const QImage& picture) {
+    if (isVisible() && shownTopology_ && topology != *shownTopology_)
         ShowCircuitInfo(topology, picture);
 }
 
 void THelpForm::ShowProgramInfo() {
-    shownTopology_ = -1;
+    shownTopology_.reset();
     setWindowTitle(QStringLiteral("Program Info"));
     picture_->clear();
     picture_->hide();

@@ -5,7 +5,10 @@
 
 #include <QDialog>
 #include <QImage>
+#include <optional>
 #include <string>
+
+#include "circuit/Components.h"
 
 class QLabel;
 class QPushButton;
@@ -21,9 +24,9 @@ class THelpForm : public QDialog {
 
     void SetRunTimeFilesDir(const std::string& folder);
     // The circuit's page and picture (an empty picture leaves the picture area empty).
-    void ShowCircuitInfo(int topology, const QImage& picture);
+    void ShowCircuitInfo(Topology topology, const QImage& picture);
     // Follows the design's circuit while a circuit's page is open.
-    void CircuitChanged(int topology, const QImage& picture);
+    void CircuitChanged(Topology topology, const QImage& picture);
     void ShowProgramInfo();
 
     // The file on show, whether it could be read or not.
@@ -41,7 +44,7 @@ class THelpForm : public QDialog {
     QPushButton* systemViewerButton_;
     std::string runTimeFilesDir_;
     std::string shownFile_;
-    int shownTopology_ = -1;  // -1 while the guide is on show
+    std::optional<Topology> shownTopology_;  // none while the guide is on show
 };
 
 }  // namespace nerivane

@@ -207,10 +207,10 @@ void TTopForm::FormKeyDown(const QKeyEvent& event) {
             default: break;
         }
     } else if (key == Qt::Key_F5) {
-        state_.ResponseIndex = state_.ResponseIndex >= 8 ? 0 : state_.ResponseIndex + 1;
+        state_.ResponseIndex = NextFamily(state_.ResponseIndex);
         FilterMenuClick(nullptr);
     } else if (key == Qt::Key_F7) {
-        state_.SweepIndex = state_.SweepIndex >= 5 ? 0 : state_.SweepIndex + 1;
+        state_.SweepIndex = NextSweep(state_.SweepIndex);
         FilterMenuClick(nullptr);
     }
 }

@@ -127,7 +127,7 @@ class TTopForm final : public QMainWindow {
     void ShowCapacitorBoxColours();
     // The circuit pictures, and the folders the help viewer and schematic view read from.
     void LoadRunTimeFiles();
-    const QImage& CircuitPictureOf(int topology) const;
+    const QImage& CircuitPictureOf(Topology topology) const;
     // The help viewer follows the circuit; the schematic view shows the design as calculated.
     void UpdateAuxiliaryWindows();
     void ShowSchematics();

@@ -18,16 +18,16 @@ namespace nerivane {
 void TTopForm::LoadRunTimeFiles() {
     if (dialogs_.help != nullptr) dialogs_.help->SetRunTimeFilesDir(directories_.runTimeFilesDir);
     if (dialogs_.schematic != nullptr) dialogs_.schematic->SetStartFolder(directories_.currentDir);
-    for (int topology = 0; topology < TopologyCount; ++topology) {
+    for (const Topology topology : Topologies) {
         const std::string path =
             directories_.runTimeFilesDir + "/" + CircuitOf(topology).pictureName;
         // A picture that cannot be read stays empty.
-        circuitPictures_[topology] = QImage(QString::fromStdString(path));
+        circuitPictures_[Index(topology)] = QImage(QString::fromStdString(path));
     }
 }
 
-const QImage& TTopForm::CircuitPictureOf(int topology) const {
-    return circuitPictures_[std::clamp(topology, 0, TopologyCount - 1)];
+const QImage& TTopForm::CircuitPictureOf(Topology topology) const {
+    return circuitPictures_[std::clamp(Index(topology), 0, TopologyCount - 1)];
 }
 
 void TTopForm::UpdateAuxiliaryWindows() {

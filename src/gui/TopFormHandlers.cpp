@@ -179,10 +179,11 @@ void TTopForm::ApplyControlStates() {
 void TTopForm::FilterMenuClick(QObject* sender) {
     const TopFormWidgets& w = *widgets_;
     if (const int topology = IndexOf(w.circuitItems, sender); topology >= 0)
-        state_.TopologyIndex = topology;
+        state_.TopologyIndex = static_cast<Topology>(topology);
     if (const int response = IndexOf(w.responseItems, sender); response >= 0)
-        state_.ResponseIndex = response;
-    if (const int sweep = IndexOf(w.sweepItems, sender); sweep >= 0) state_.SweepIndex = sweep;
+        state_.ResponseIndex = static_cast<Response>(response);
+    if (const int sweep = IndexOf(w.sweepItems, sender); sweep >= 0)
+        state_.SweepIndex = static_cast<Sweep>(sweep);
     state_.PlotMag = w.plotMagBox->isChecked();
     state_.PlotMag1dB = w.plotMag1dBBox->isChecked();
     state_.PlotPhase = w.plotPhaseBox->isChecked();

@@ -52,22 +52,26 @@ void BuildFileMenu(QMenuBar& bar, TopFormWidgets& w) {
 
 void BuildSelectionMenus(QMenuBar& bar, TopFormWidgets& w) {
     QMenu& circuit = *NewMenu(bar, "CircuitMenu", "Circuit  ");
-    w.circuitItems[VcvsLowPass] = NewItem(circuit, "VCVSLowPass", "VCVS Low Pass");
-    w.circuitItems[MfbLowPass] = NewItem(circuit, "MFBLowPass", "MFB Low Pass");
-    w.circuitItems[VcvsHighPass] = NewItem(circuit, "VCVSHighPass", "VCVS High Pass");
-    w.circuitItems[MfbHighPass] = NewItem(circuit, "MFBHighPass", "MFB High Pass");
-    w.circuitItems[VcvsBandPass] = NewItem(circuit, "VCVSBandPass", "VCVS Band Pass");
-    w.circuitItems[MfbBandPass] = NewItem(circuit, "MFBBandPass", "MFB Band Pass");
-    w.circuitItems[VcvsNotch] = NewItem(circuit, "VCVSNotch", "VCVS Notch");
+    w.circuitItems[Index(Topology::VcvsLowPass)] = NewItem(circuit, "VCVSLowPass", "VCVS Low Pass");
+    w.circuitItems[Index(Topology::MfbLowPass)] = NewItem(circuit, "MFBLowPass", "MFB Low Pass");
+    w.circuitItems[Index(Topology::VcvsHighPass)] =
+        NewItem(circuit, "VCVSHighPass", "VCVS High Pass");
+    w.circuitItems[Index(Topology::MfbHighPass)] = NewItem(circuit, "MFBHighPass", "MFB High Pass");
+    w.circuitItems[Index(Topology::VcvsBandPass)] =
+        NewItem(circuit, "VCVSBandPass", "VCVS Band Pass");
+    w.circuitItems[Index(Topology::MfbBandPass)] = NewItem(circuit, "MFBBandPass", "MFB Band Pass");
+    w.circuitItems[Index(Topology::VcvsNotch)] = NewItem(circuit, "VCVSNotch", "VCVS Notch");
 
     QMenu& response = *NewMenu(bar, "ResponseMenu", "Response F5  ");
-    w.responseItems[AdjustableGauss] = NewItem(response, "AdjustableMenu", "Adjustable Gauss");
-    w.responseItems[Butterworth] = NewItem(response, "ButterworthMenu", "Butterworth");
-    w.responseItems[Chebyshev] = NewItem(response, "ChebyshevMenu", "Chebyshev");
-    w.responseItems[Gaussian] = NewItem(response, "GaussMenu", "Gaussian");
-    w.responseItems[Bessel] = NewItem(response, "BesselMenu", "Bessel");
+    w.responseItems[Index(Response::AdjustableGauss)] =
+        NewItem(response, "AdjustableMenu", "Adjustable Gauss");
+    w.responseItems[Index(Response::Butterworth)] =
+        NewItem(response, "ButterworthMenu", "Butterworth");
+    w.responseItems[Index(Response::Chebyshev)] = NewItem(response, "ChebyshevMenu", "Chebyshev");
+    w.responseItems[Index(Response::Gaussian)] = NewItem(response, "GaussMenu", "Gaussian");
+    w.responseItems[Index(Response::Bessel)] = NewItem(response, "BesselMenu", "Bessel");
     response.addSeparator();
-    w.responseItems[Papoulis] = NewItem(response, "PapoulisMenu", "Papoulis");
+    w.responseItems[Index(Response::Papoulis)] = NewItem(response, "PapoulisMenu", "Papoulis");
 
     QMenu& sweep = *NewMenu(bar, "SweepMenu", "Sweep F7 ");
     w.sweepItems[0] = NewItem(sweep, "LinearSweep", "Linear");

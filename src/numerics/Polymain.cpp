@@ -177,23 +177,23 @@ void OrderSections(int sectionCount, ProtoSections& s) {
     permute(s.NumS2, s.NumS1, s.NumS0);
 }
 
-PrototypeResult BuildPrototype(int responseIndex, int numPoles, double ripple, double gamma,
+PrototypeResult BuildPrototype(Response responseIndex, int numPoles, double ripple, double gamma,
                                ProtoSections& sections) {
     ResetSections(sections);
     FamilyRoots family;
     bool normalise = true;
-    if (numPoles == 1 || responseIndex == Butterworth) {
+    if (numPoles == 1 || responseIndex == Response::Butterworth) {
         // Butterworth poles already sit 3 dB down at 1 rad/s; a single pole is the same for
         // every family.
         ButterworthPoles(numPoles, family);
         normalise = false;
     } else {
         switch (responseIndex) {
-            case Chebyshev: ChebyshevPoles(numPoles, ripple, family); break;
-            case Papoulis: PapoulisRoots(numPoles, ripple, family); break;
-            case Bessel: BesselRoots(numPoles, family); break;
-            case Gaussian: GaussianRoots(numPoles, family); break;
-            case AdjustableGauss: AdjustableGaussRoots(numPoles, gamma, family); break;
+            case Response::Chebyshev: ChebyshevPoles(numPoles, ripple, family); break;
+            case Response::Papoulis: PapoulisRoots(numPoles, ripple, family); break;
+            case Response::Bessel: BesselRoots(numPoles, family); break;
+            case Response::Gaussian: GaussianRoots(numPoles, family); break;
+            case Response::AdjustableGauss: AdjustableGaussRoots(numPoles, gamma, family); break;
             default: return {};
         }
     }

@@ -31,7 +31,7 @@ struct PrototypeResult {
     double cornerScale = 1.0;    // factor the corner normalisation applied (1 if none)
 };
 
-PrototypeResult BuildPrototype(int responseIndex, int numPoles, double ripple, double gamma,
+PrototypeResult BuildPrototype(Response responseIndex, int numPoles, double ripple, double gamma,
                                ProtoSections& sections);
 
 // Pairs conjugate roots on the imaginary axis and in the left half plane into second-order

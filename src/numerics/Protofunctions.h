@@ -4,6 +4,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <span>
 
 #include "numerics/Mathfunctions.h"
@@ -15,7 +16,8 @@ inline constexpr int MaxSections = 20;
 inline constexpr int MaxFamilyRoots = 2 * MaxPoles;
 inline constexpr int MaxFamilyPolynomialSize = 2 * MaxPoles + 1;
 
-enum ResponseFamily : int {
+// The F5 key also reaches 6, 7 and 8, which build no prototype.
+enum class Response : std::int32_t {
     Butterworth = 0,
     Chebyshev = 1,
     Papoulis = 2,
@@ -23,6 +25,9 @@ enum ResponseFamily : int {
     Gaussian = 4,
     AdjustableGauss = 5,
 };
+constexpr int Index(Response response) {
+    return static_cast<int>(response);
+}
 
 // The poles or roots a family delivers, in the order the builder or the root finder gives
 // them, with the root finder's report note when it stopped early.

@@ -181,9 +181,9 @@ std::vector<double> ConjugateSymmetricSpectrum(std::span<const Complex> x) {
 // Where the trace's zero sits on the 0..1 plot: low passes rise from the bottom, an odd number
 // of inverting MFB low-pass stages turns the trace over so it falls from the top, and the others
 // swing both ways about the middle.
-double PulseBaseline(int topology, int numSections) {
-    if (topology == VcvsLowPass) return 0.2;
-    if (topology == MfbLowPass) return numSections % 2 == 0 ? 0.2 : 0.8;
+double PulseBaseline(Topology topology, int numSections) {
+    if (topology == Topology::VcvsLowPass) return 0.2;
+    if (topology == Topology::MfbLowPass) return numSections % 2 == 0 ? 0.2 : 0.8;
     return 0.5;
 }
 

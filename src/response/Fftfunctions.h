@@ -21,7 +21,7 @@ inline constexpr int FftInverse = 1;
 bool Fft(std::span<double> interleaved, int n, int type);
 
 struct PulseInputs {
-    int topology = 0;
+    Topology topology = Topology::VcvsLowPass;
     int numSections = 1;
     double f0 = 5000.0;
     const SectionComponents* parts = nullptr;

@@ -203,16 +203,15 @@ void HilbertPhaseWith(std::span<const Complex> h, std::span<double> out, std::sp
         if (db(i) < threshold) out[i] = NoPlotValue;
 }
 
-bool IsMfbLowOrHighPass(int topologyIndex) {
-    return topologyIndex == 1 || topologyIndex == 3;
+bool IsMfbLowOrHighPass(Topology topology) {
+    return topology == Topology::MfbLowPass || topology == Topology::MfbHighPass;
 }
-bool IsLowPass(int topologyIndex) {
-    return topologyIndex == 0 || topologyIndex == 1;
+bool IsLowPass(Topology topology) {
+    return topology == Topology::VcvsLowPass || topology == Topology::MfbLowPass;
 }
-bool IsHighPass(int topologyIndex) {
-    return topologyIndex == 2 || topologyIndex == 3;
+bool IsHighPass(Topology topology) {
+    return topology == Topology::VcvsHighPass || topology == Topology::MfbHighPass;
 }
-constexpr int NotchTopology = 6;
 
 // An odd number of inverting sections turns the whole filter over; half a turn puts its
 // phase back in line with the non-inverting forms.
@@ -271,32 +270,33 @@ void HilbertPhaseResponse(std::span<const Complex> h, std::span<double> out,
     HilbertPhaseWith(h, out, frequencies, threshold, refIndex, mode, DbFromResponse{h});
 }
 
-HilbertSetup HilbertSetupFor(int topologyIndex) {
+HilbertSetup HilbertSetupFor(Topology topologyIndex) {
     constexpr int Last = TracePoints - 1;
     constexpr int Middle = TracePoints / 2;
     switch (topologyIndex) {
-        case 2:
-        case 3: return {1, Last};
-        case 4:
-        case 5: return {2, Middle};
-        case 6: return {3, Middle};
+        case Topology::VcvsHighPass:
+        case Topology::MfbHighPass: return {1, Last};
+        case Topology::VcvsBandPass:
+        case Topology::MfbBandPass: return {2, Middle};
+        case Topology::VcvsNotch: return {3, Middle};
         // Low passes, and a topology of no circuit, whose response passes everything.
         default: return {0, 0};
     }
 }
 
-void ReReferenceHilbertPhase(std::span<double> hilbertPhase, int topologyIndex, int numSections) {
+void ReReferenceHilbertPhase(std::span<double> hilbertPhase, Topology topologyIndex,
+                             int numSections) {
     if (hilbertPhase.empty()) return;
     if (IsMfbLowOrHighPass(topologyIndex) && numSections % 2 != 0) UndoInversion(hilbertPhase);
-    const bool notch = topologyIndex == NotchTopology;
-    const auto notchSplit = static_cast<std::size_t>(HilbertSetupFor(NotchTopology).refIndex);
+    const bool notch = topologyIndex == Topology::VcvsNotch;
+    const auto notchSplit = static_cast<std::size_t>(HilbertSetupFor(Topology::VcvsNotch).refIndex);
     if (IsLowPass(topologyIndex) || notch)
         ZeroAtFirstPoint(hilbertPhase, notch ? notchSplit : hilbertPhase.size());
     if (IsHighPass(topologyIndex) || notch) ZeroAtLastPoint(hilbertPhase, notch ? notchSplit : 0);
 }
 
 void ComputeTraces(std::span<const Complex> h, std::span<const double> frequencies,
-                   double threshold, int topologyIndex, int numSections, Traces& traces) {
+                   double threshold, Topology topologyIndex, int numSections, Traces& traces) {
     h = h.first(TracePoints);
     frequencies = frequencies.first(TracePoints);
     MagResponse(h, traces.magnitudeLinear, 1);

@@ -6,6 +6,7 @@
 
 #include <span>
 
+#include "circuit/Components.h"
 #include "numerics/Mathfunctions.h"
 #include "response/Traces.h"
 
@@ -29,16 +30,17 @@ struct HilbertSetup {
     int mode;
     int refIndex;
 };
-HilbertSetup HilbertSetupFor(int topologyIndex);
+HilbertSetup HilbertSetupFor(Topology topologyIndex);
 
 // The plot driver's re-referencing of the delay-free phase of the current design (the
 // inverting correction for odd MFB low and high passes, then zero at the pass band's end).
-void ReReferenceHilbertPhase(std::span<double> hilbertPhase, int topologyIndex, int numSections);
+void ReReferenceHilbertPhase(std::span<double> hilbertPhase, Topology topologyIndex,
+                             int numSections);
 
 // Every trace but the pulse, in the plot driver's order: linear and dB magnitude, delay-free
 // phase and its re-referencing, phase, group delay and its scale. h and frequencies hold
 // TracePoints values; threshold in dB (negative).
 void ComputeTraces(std::span<const Complex> h, std::span<const double> frequencies,
-                   double threshold, int topologyIndex, int numSections, Traces& traces);
+                   double threshold, Topology topologyIndex, int numSections, Traces& traces);
 
 }  // namespace nerivane

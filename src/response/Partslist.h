@@ -24,7 +24,7 @@ struct PartsListRow {
 };
 
 struct PartsListDesign {
-    int topology = 0;
+    Topology topology = Topology::VcvsLowPass;
     int numSections = 1;
     const SectionComponents* parts = nullptr;
     const ComponentSettings* settings = nullptr;  // classes, mode and op amp

@@ -200,7 +200,7 @@ class FrequencyAxis {
     bool Valid() const {
         return view_.freqMin > 0.0 && view_.freqMax > view_.freqMin && std::isfinite(view_.freqMax);
     }
-    bool Linear() const { return view_.sweepIndex == 0; }
+    bool Linear() const { return view_.sweepIndex == Sweep::Linear; }
 
     double X(double f) const {
         const double fraction =

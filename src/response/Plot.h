@@ -5,6 +5,7 @@
 
 #include <span>
 
+#include "circuit/Circuitanalysis.h"
 #include "response/Canvas.h"
 #include "response/Traces.h"
 
@@ -40,8 +41,8 @@ struct PlotGeometry {
 struct PlotView {
     int width = 800;  // the image, pixels
     int height = 500;
-    int sweepIndex = 4;      // 0 linear, 1..5 logarithmic
-    double freqMin = 500.0;  // Hz, the sweep (for the frequency axis)
+    Sweep sweepIndex = Sweep::OneDecade;  // 0 linear, 1..5 logarithmic
+    double freqMin = 500.0;               // Hz, the sweep (for the frequency axis)
     double freqMax = 50000.0;
     std::span<const double> frequencies;  // the traces' points
     double topDb = 10.0;                  // dB at the top edge of the 10 dB scale

@@ -91,7 +91,8 @@ void AddSection(Schematic& schematic, const SectionCircuit& circuit, int section
         {placement, naming == Naming::Designators ? OpAmpDesignator(section) : std::string()});
 }
 
-Schematic SingleSection(int topology, int section, const WorkingComponents* values, Naming naming) {
+Schematic SingleSection(Topology topology, int section, const WorkingComponents* values,
+                        Naming naming) {
     const SectionCircuit& circuit = CircuitOf(topology);
     Schematic schematic;
     AddSection(schematic, circuit, section, values, {0, 0}, naming);
@@ -300,11 +301,11 @@ std::string PrintedValue(const CircuitPart& part, const WorkingComponents& value
     return "";
 }
 
-Schematic CircuitPicture(int topology) {
+Schematic CircuitPicture(Topology topology) {
     return SingleSection(topology, 0, nullptr, Naming::Roles);
 }
 
-Schematic SectionSchematic(int topology, int section, const WorkingComponents& values) {
+Schematic SectionSchematic(Topology topology, int section, const WorkingComponents& values) {
     return SingleSection(topology, section, &values, Naming::Roles);
 }
 
@@ -336,7 +337,7 @@ Schematic BiasDividerPicture(bool decoupled) {
     return schematic;
 }
 
-Schematic CascadeSchematic(int topology, const SectionComponents& parts, int numSections,
+Schematic CascadeSchematic(Topology topology, const SectionComponents& parts, int numSections,
                            const std::string& title) {
     const SectionCircuit& circuit = CircuitOf(topology);
     const int sections = std::clamp(numSections, 1, MaxSections);

@@ -53,10 +53,10 @@ struct Schematic {
 };
 
 // The circuit picture of a topology: every part with its name, no values.
-Schematic CircuitPicture(int topology);
+Schematic CircuitPicture(Topology topology);
 
 // One section as built with these values; parts named as the report names them.
-Schematic SectionSchematic(int topology, int section, const WorkingComponents& values);
+Schematic SectionSchematic(Topology topology, int section, const WorkingComponents& values);
 
 // The bias divider of a single-supply op amp: R1 from the supply Vs to the tap Vb, R2 from
 // the tap to ground and, decoupled, C from the tap to ground beside it.
@@ -64,7 +64,7 @@ Schematic BiasDividerPicture(bool decoupled);
 
 // The cascade from input to output, sections in rows, designators unique across it and the
 // title above.
-Schematic CascadeSchematic(int topology, const SectionComponents& parts, int numSections,
+Schematic CascadeSchematic(Topology topology, const SectionComponents& parts, int numSections,
                            const std::string& title);
 
 // "R101": the part's kind, the section counted from 1, and its number within the section.

@@ -65,7 +65,7 @@ TEST(ReferenceDesign, ResimulationFollowsTheCurrentSweep) {
     reference.parts.Store(0,
                           {1.0 / (TwoPi * 1000.0 * 1e-8), 0.0, OpenMarker, 0.0, 1e-8, OpenMarker});
     current.F0 = 1000.0;
-    current.SweepIndex = 4;
+    current.SweepIndex = Sweep::OneDecade;
     ReSimulateReference(reference, current);
     // 100 Hz .. 10 kHz: the corner sits in the middle of the sweep.
     EXPECT_NEAR(reference.traces->magnitudeDb[512], -3.0103, 0.01);

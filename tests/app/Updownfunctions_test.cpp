@@ -24,7 +24,8 @@ constexpr StepDirection Down = StepDirection::Down;
 struct AdjustCase {
     const char* what;
     void (*adjust)(DesignState&, EditBox&, Step);
-    std::int32_t topology, family, poles;
+    Topology topology;
+    int family, poles;
     const char* before;
     StepDirection direction;
     bool coarse;
@@ -36,29 +37,29 @@ struct AdjustCase {
 TEST(Adjusters, ClicksStepWithinTheLimits) {
     // clang-format off
     const AdjustCase cases[] = {
-        {"F0 up",            AdjustF0,        VcvsLowPass,  5, 3, "5",     Up,    false, "5.100"},
-        {"F0 Ctrl up",       AdjustF0,        VcvsLowPass,  5, 3, "5",     Up,    true,  "6.000"},
-        {"F0 at min",        AdjustF0,        VcvsLowPass,  5, 3, "0.001", Down,  false, "0.001"},
-        {"BW down",          AdjustBandWidth, VcvsBandPass, 5, 3, "2",     Down,  false, "1.900"},
-        {"ripple up",        AdjustRipple,    VcvsLowPass,  1, 3, "0.2",   Up,    false, "0.210"},
-        {"ripple Ctrl",      AdjustRipple,    VcvsLowPass,  1, 3, "0.2",   Down,  true,  "0.100"},
-        {"gamma up",         AdjustGamma,     VcvsLowPass,  5, 3, "0.0",   Up,    false, "0.05"},
-        {"gamma Ctrl max",   AdjustGamma,     VcvsLowPass,  5, 3, "0.8",   Up,    true,  "1.00"},
-        {"gain MFB down",    AdjustGain,      MfbLowPass,   5, 3, "0",     Down,  false, "-0.100"},
-        {"gain VCVS down",   AdjustGain,      VcvsLowPass,  5, 3, "0",     Down,  false, "0.000"},
-        {"gain Ctrl up",     AdjustGain,      VcvsHighPass, 5, 3, "3",     Up,    true,  "4.000"},
-        {"poles up",         AdjustNumPoles,  VcvsLowPass,  5, 3, "3",     Up,    true,  "4"},
-        {"poles at max",     AdjustNumPoles,  VcvsLowPass,  5, 3, "20",    Up,    false, "20"},
-        {"BPF poles max",    AdjustNumPoles,  MfbBandPass,  5, 3, "10",    Up,    false, "10"},
-        {"poles at min",     AdjustNumPoles,  VcvsLowPass,  5, 3, "1",     Down,  false, "1"},
-        {"test value",       AdjustTestValue, VcvsLowPass,  5, 3, "0.0",   Up,    false, "0.010"},
-        {"test Ctrl",        AdjustTestValue, VcvsLowPass,  5, 3, "0.0",   Down,  true,  "-1.000"},
+        {"F0 up",            AdjustF0,        Topology::VcvsLowPass,  5, 3, "5",     Up,    false, "5.100"},
+        {"F0 Ctrl up",       AdjustF0,        Topology::VcvsLowPass,  5, 3, "5",     Up,    true,  "6.000"},
+        {"F0 at min",        AdjustF0,        Topology::VcvsLowPass,  5, 3, "0.001", Down,  false, "0.001"},
+        {"BW down",          AdjustBandWidth, Topology::VcvsBandPass, 5, 3, "2",     Down,  false, "1.900"},
+        {"ripple up",        AdjustRipple,    Topology::VcvsLowPass,  1, 3, "0.2",   Up,    false, "0.210"},
+        {"ripple Ctrl",      AdjustRipple,    Topology::VcvsLowPass,  1, 3, "0.2",   Down,  true,  "0.100"},
+        {"gamma up",         AdjustGamma,     Topology::VcvsLowPass,  5, 3, "0.0",   Up,    false, "0.05"},
+        {"gamma Ctrl max",   AdjustGamma,     Topology::VcvsLowPass,  5, 3, "0.8",   Up,    true,  "1.00"},
+        {"gain MFB down",    AdjustGain,      Topology::MfbLowPass,   5, 3, "0",     Down,  false, "-0.100"},
+        {"gain VCVS down",   AdjustGain,      Topology::VcvsLowPass,  5, 3, "0",     Down,  false, "0.000"},
+        {"gain Ctrl up",     AdjustGain,      Topology::VcvsHighPass, 5, 3, "3",     Up,    true,  "4.000"},
+        {"poles up",         AdjustNumPoles,  Topology::VcvsLowPass,  5, 3, "3",     Up,    true,  "4"},
+        {"poles at max",     AdjustNumPoles,  Topology::VcvsLowPass,  5, 3, "20",    Up,    false, "20"},
+        {"BPF poles max",    AdjustNumPoles,  Topology::MfbBandPass,  5, 3, "10",    Up,    false, "10"},
+        {"poles at min",     AdjustNumPoles,  Topology::VcvsLowPass,  5, 3, "1",     Down,  false, "1"},
+        {"test value",       AdjustTestValue, Topology::VcvsLowPass,  5, 3, "0.0",   Up,    false, "0.010"},
+        {"test Ctrl",        AdjustTestValue, Topology::VcvsLowPass,  5, 3, "0.0",   Down,  true,  "-1.000"},
     };
     // clang-format on
     for (const AdjustCase& c : cases) {
         DesignState state = DefaultDesignState();
         state.TopologyIndex = c.topology;
-        state.ResponseIndex = c.family;
+        state.ResponseIndex = static_cast<Response>(c.family);
         state.NumPoles = c.poles;
         state.NumSections = SectionsForPoles(c.topology, c.poles);
         TextBox box(c.before);
@@ -66,8 +67,8 @@ TEST(Adjusters, ClicksStepWithinTheLimits) {
         EXPECT_EQ(box.Text(), c.after) << c.what;
         EXPECT_FALSE(box.Repaired()) << c.what;
     }
-    EXPECT_EQ(RippleMaximum(Chebyshev, 16), 0.5);
-    EXPECT_EQ(RippleMaximum(Papoulis, 20), 2.0);
+    EXPECT_EQ(RippleMaximum(Response::Chebyshev, 16), 0.5);
+    EXPECT_EQ(RippleMaximum(Response::Papoulis, 20), 2.0);
 }
 
 TEST(GammaLabelText, NamesTheFamilyTheArgumentResembles) {

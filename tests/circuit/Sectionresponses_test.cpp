@@ -33,12 +33,13 @@ constexpr double GainBandwidth = 1e7;
 // The circuit that draws and exports the section, solved node by node, with the two rules of
 // the section responses: a follower's open R3 is simulated as (Ro + 1) * 10 kΩ, and the
 // notch's shunt capacitor is exactly 2 * C1.
-std::complex<double> NodeSolution(int topology, const WorkingComponents& p, double w, double A,
+std::complex<double> NodeSolution(Topology topology, const WorkingComponents& p, double w, double A,
                                   double Ro) {
     WorkingComponents simulated = p;
-    if (p.R3 >= NotUsedThreshold && (topology == VcvsLowPass || topology == VcvsHighPass))
+    if (p.R3 >= NotUsedThreshold &&
+        (topology == Topology::VcvsLowPass || topology == Topology::VcvsHighPass))
         simulated.R3 = (Ro + 1.0) * 10000.0;
-    if (topology == VcvsNotch) simulated.C2 = 2.0 * p.C1;
+    if (topology == Topology::VcvsNotch) simulated.C2 = 2.0 * p.C1;
     nodal::Circuit c;
     for (const CircuitPart& part : CircuitOf(topology).Parts()) {
         const char* a = NodeName(part.from);
@@ -60,7 +61,7 @@ std::complex<double> NodeSolution(int topology, const WorkingComponents& p, doub
 // Sections of 1 kHz designs, resistors to four digits.
 struct Section {
     const char* name;
-    int topology;
+    Topology topology;
     WorkingComponents parts;  // R1, R2, R3, R4, C1, C2
     // Whether the routine is the node solution at every gain and output resistance. The MFB
     // low pass and the second-order VCVS high pass keep fixed forms that only tend to it as
@@ -70,27 +71,27 @@ struct Section {
 
 // clang-format off
 const Section Sections[] = {
-    {"VCVS LPF follower",           VcvsLowPass,  {7861, 14650, Open, 0, 10e-9, 22e-9}},
-    {"VCVS LPF gain 2",             VcvsLowPass,  {11250, 22510, 67520, 67520, 10e-9, 10e-9}},
-    {"VCVS LPF first order",        VcvsLowPass,  {15920, 0, Open, 0, 10e-9, Open}},
-    {"VCVS LPF first order gain 2", VcvsLowPass,  {15920, 0, 31830, 31830, 10e-9, Open}},
-    {"MFB LPF gain 1",              MfbLowPass,   {11530, 11530, 45390, Absent, 2.2e-9, 22e-9}, false},
-    {"MFB LPF gain 10",             MfbLowPass,   {3046, 30460, 17690, Absent, 1e-9, 47e-9}, false},
-    {"MFB LPF first order",         MfbLowPass,   {15920, 15920, 0, Absent, 10e-9, 0}, false},
-    {"VCVS HPF follower",           VcvsHighPass, {11250, 22510, Open, 0, 10e-9, 10e-9}, false},
-    {"VCVS HPF gain 2",             VcvsHighPass, {8277, 6323, 12650, 12650, 22e-9, 22e-9}, false},
-    {"VCVS HPF first order",        VcvsHighPass, {Open, 15920, Open, 0, 10e-9, 10e-9}},
-    {"VCVS HPF first order gain 3", VcvsHighPass, {Open, 15920, 23870, 47750, 10e-9, 10e-9}},
-    {"MFB HPF gain 1",              MfbHighPass,  {7503, 33760, Absent, Absent, 10e-9, 10e-9}},
-    {"MFB HPF gain 2.2",            MfbHighPass,  {4168, 27620, Absent, Absent, 22e-9, 10e-9}},
-    {"MFB HPF first order",         MfbHighPass,  {Open, 33860, Absent, Absent, 10e-9, 4.7e-9}},
-    {"VCVS BPF real pole",          VcvsBandPass, {159200, 12110, 22510, 45020, 10e-9, Absent}},
-    {"VCVS BPF resonator",          VcvsBandPass, {106100, 11290, 22570, 45130, 10e-9, Absent}},
-    {"MFB BPF real pole",           MfbBandPass,  {79580, 1624, 159200, Absent, 10e-9, 10e-9}},
-    {"MFB BPF resonator",           MfbBandPass,  {53050, 687, 154300, Absent, 10e-9, 22e-9}},
+    {"VCVS LPF follower",           Topology::VcvsLowPass,  {7861, 14650, Open, 0, 10e-9, 22e-9}},
+    {"VCVS LPF gain 2",             Topology::VcvsLowPass,  {11250, 22510, 67520, 67520, 10e-9, 10e-9}},
+    {"VCVS LPF first order",        Topology::VcvsLowPass,  {15920, 0, Open, 0, 10e-9, Open}},
+    {"VCVS LPF first order gain 2", Topology::VcvsLowPass,  {15920, 0, 31830, 31830, 10e-9, Open}},
+    {"MFB LPF gain 1",              Topology::MfbLowPass,   {11530, 11530, 45390, Absent, 2.2e-9, 22e-9}, false},
+    {"MFB LPF gain 10",             Topology::MfbLowPass,   {3046, 30460, 17690, Absent, 1e-9, 47e-9}, false},
+    {"MFB LPF first order",         Topology::MfbLowPass,   {15920, 15920, 0, Absent, 10e-9, 0}, false},
+    {"VCVS HPF follower",           Topology::VcvsHighPass, {11250, 22510, Open, 0, 10e-9, 10e-9}, false},
+    {"VCVS HPF gain 2",             Topology::VcvsHighPass, {8277, 6323, 12650, 12650, 22e-9, 22e-9}, false},
+    {"VCVS HPF first order",        Topology::VcvsHighPass, {Open, 15920, Open, 0, 10e-9, 10e-9}},
+    {"VCVS HPF first order gain 3", Topology::VcvsHighPass, {Open, 15920, 23870, 47750, 10e-9, 10e-9}},
+    {"MFB HPF gain 1",              Topology::MfbHighPass,  {7503, 33760, Absent, Absent, 10e-9, 10e-9}},
+    {"MFB HPF gain 2.2",            Topology::MfbHighPass,  {4168, 27620, Absent, Absent, 22e-9, 10e-9}},
+    {"MFB HPF first order",         Topology::MfbHighPass,  {Open, 33860, Absent, Absent, 10e-9, 4.7e-9}},
+    {"VCVS BPF real pole",          Topology::VcvsBandPass, {159200, 12110, 22510, 45020, 10e-9, Absent}},
+    {"VCVS BPF resonator",          Topology::VcvsBandPass, {106100, 11290, 22570, 45130, 10e-9, Absent}},
+    {"MFB BPF real pole",           Topology::MfbBandPass,  {79580, 1624, 159200, Absent, 10e-9, 10e-9}},
+    {"MFB BPF resonator",           Topology::MfbBandPass,  {53050, 687, 154300, Absent, 10e-9, 22e-9}},
     // Stored C2 is 2 * C1 rounded up to a standard value; the circuit and routine use 2 * C1.
-    {"Notch Q 1",                   VcvsNotch,    {7958, 31830, 7958.0 * 31830 / (7958 + 31830), Absent, 10e-9, 22e-9}},
-    {"Notch Q 5",                   VcvsNotch,    {3386, 338600, 3386.0 * 338600 / (3386 + 338600), Absent, 4.7e-9, 10e-9}},
+    {"Notch Q 1",                   Topology::VcvsNotch,    {7958, 31830, 7958.0 * 31830 / (7958 + 31830), Absent, 10e-9, 22e-9}},
+    {"Notch Q 5",                   Topology::VcvsNotch,    {3386, 338600, 3386.0 * 338600 / (3386 + 338600), Absent, 4.7e-9, 10e-9}},
 };
 // clang-format on
 
@@ -181,13 +182,14 @@ TEST(Simulate, WorstCaseCallsTheHookForEveryRunAndRunZeroIsNominal) {
     for (int k = 0; k < 64; ++k) frequencies[k] = 100.0 * std::pow(1.1, k);
     std::array<Complex, 64> response, nominal;
     nominal.fill({1.0, 0.0});  // the section as designed, no tolerance drawn
-    SimulateSection(0, parts.Section(0), settings.gainBandwidth, 0.0, frequencies, nominal);
+    SimulateSection(Topology::VcvsLowPass, parts.Section(0), settings.gainBandwidth, 0.0,
+                    frequencies, nominal);
     std::vector<std::pair<int, double>> runs;  // each run and its response at one frequency
     const auto simulate = [&](bool singlePass) {
         runs.clear();
         ToleranceRandom random(1);
-        Simulate({0, 1, &parts, &settings, frequencies, singlePass}, response, random,
-                 [&](int run) { runs.emplace_back(run, response[10].re); });
+        Simulate({Topology::VcvsLowPass, 1, &parts, &settings, frequencies, singlePass}, response,
+                 random, [&](int run) { runs.emplace_back(run, response[10].re); });
     };
     simulate(false);
     ASSERT_EQ(runs.size(), 1u);

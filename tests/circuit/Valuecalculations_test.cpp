@@ -19,8 +19,8 @@ namespace nerivane {
 namespace {
 
 struct Design {
-    int topology = 0;
-    int family = Butterworth;
+    Topology topology = Topology::VcvsLowPass;
+    Response family = Response::Butterworth;
     int poles = 4;
     double gain = 1.0;
     double c1 = 1e-9;
@@ -53,7 +53,7 @@ Built Build(const Design& d) {
     b.design = d;
     ProtoSections prototype{};
     b.cornerScale = BuildPrototype(d.family, d.poles, 0.5, -0.7, prototype).cornerScale;
-    b.sections = d.topology >= 4 ? d.poles : (d.poles + 1) / 2;
+    b.sections = d.topology >= Topology::VcvsBandPass ? d.poles : (d.poles + 1) / 2;
     std::vector<double> c1(MaxSections, d.c1), c2(MaxSections, d.c2);
     const ComponentInputs inputs{d.topology, b.sections, d.selected, F0,
                                  2000.0,     d.gain,     c1.data(),  c2.data()};
@@ -64,14 +64,14 @@ Built Build(const Design& d) {
 // A C1 too large for the low-pass square root is stepped down the series until it fits, and
 // the panel says so. C2 is suggested at 10 µs / F0 (2 nF), on the capacitor series.
 TEST(SectionPanel, PushesAnOversizedC1BelowItsLimitAndSuggestsC2) {
-    for (int topology : {0, 1}) {
+    for (const Topology topology : {Topology::VcvsLowPass, Topology::MfbLowPass}) {
         const Built b = Build({.topology = topology, .c1 = 1e-6, .c2 = 1e-9, .selected = 1});
-        EXPECT_LT(b.parts.C1[1], 1e-9) << topology;
+        EXPECT_LT(b.parts.C1[1], 1e-9) << Index(topology);
         EXPECT_TRUE(b.hints.c1PushedDown);
         EXPECT_TRUE(b.hints.c1LimitText.starts_with("Set < ")) << b.hints.c1LimitText;
         EXPECT_EQ(b.hints.suggestedC2Text, "~ 2.20 nF");
         for (int s = 0; s < b.sections; ++s)
-            EXPECT_TRUE(b.parts.R1[s] > 0.0 && b.parts.R1[s] < FailMarker) << topology;
+            EXPECT_TRUE(b.parts.R1[s] > 0.0 && b.parts.R1[s] < FailMarker) << Index(topology);
     }
     EXPECT_FALSE(Build({.c1 = 1e-10}).hints.c1PushedDown);
 }
@@ -87,7 +87,8 @@ TEST(CalculateComponents, ImpossibleBandPassSplitReportsAndKeepsThePreviousValue
     SectionComponents parts{};
     parts.R1[0] = 123.0;
     std::vector<double> c(MaxSections, 1e-9);
-    const ComponentInputs inputs{4, 2, 0, 1000.0, 1000.0, 1.0, c.data(), c.data()};
+    const ComponentInputs inputs{
+        Topology::VcvsBandPass, 2, 0, 1000.0, 1000.0, 1.0, c.data(), c.data()};
     SectionPanelHints hints;
     CalculateComponents(inputs, prototype, ComponentSettings{}, parts, hints);
     InstallMessageSink(nullptr);
@@ -120,17 +121,17 @@ TEST(StepCapacitor, MovesAtLeastOneSeriesValue) {
 // Ideal designs meet their targets: low and high pass cascades are 3 dB down at F0 to within
 // the corner grid, band passes peak at F0, a notch is deep at F0.
 // clang-format off
-const std::pair<int, int> Targets[] = {  // family, poles
-    {Butterworth, 2}, {Butterworth, 5}, {Chebyshev, 4}, {Bessel, 3}, {Bessel, 8},
-    {Papoulis, 6}, {Gaussian, 4}, {AdjustableGauss, 7}, {AdjustableGauss, 10},
+const std::pair<Response, int> Targets[] = {  // family, poles
+    {Response::Butterworth, 2}, {Response::Butterworth, 5}, {Response::Chebyshev, 4}, {Response::Bessel, 3}, {Response::Bessel, 8},
+    {Response::Papoulis, 6}, {Response::Gaussian, 4}, {Response::AdjustableGauss, 7}, {Response::AdjustableGauss, 10},
 };
 // clang-format on
 
 TEST(IdealDesigns, LowAndHighPassCascadesAreThreeDbDownAtF0) {
-    for (int topology = 0; topology <= 3; ++topology)
+    for (const Topology topology : std::span(Topologies).first(4))
         for (const auto& [family, poles] : Targets)
             for (double gain : {1.0, 2.0}) {
-                const bool lowPass = topology <= 1;
+                const bool lowPass = topology <= Topology::MfbLowPass;
                 const Built b = Build({.topology = topology,
                                        .family = family,
                                        .poles = poles,
@@ -138,7 +139,8 @@ TEST(IdealDesigns, LowAndHighPassCascadesAreThreeDbDownAtF0) {
                                        .c1 = lowPass ? 1e-10 : 1e-8});
                 const double passBand = b.Magnitude(lowPass ? 1e-3 * F0 : 1e3 * F0);
                 // Butterworth is exact at 1/sqrt(2); the others are searched down to 0.7071.
-                const double level = (family == Butterworth ? M_SQRT1_2 : 0.7071) * passBand;
+                const double level =
+                    (family == Response::Butterworth ? M_SQRT1_2 : 0.7071) * passBand;
                 // The crossing by bisection between 0.2 and 5 F0.
                 double low = 0.2 * F0, high = 5.0 * F0;
                 for (int i = 0; i < 100; ++i) {
@@ -151,29 +153,30 @@ TEST(IdealDesigns, LowAndHighPassCascadesAreThreeDbDownAtF0) {
                 const double lowest = lowPass ? 1.0 - grid : 1.0;
                 const double highest = lowPass ? 1.0 : 1.0 / (1.0 - grid);
                 EXPECT_TRUE(corner >= lowest - 1e-6 && corner <= highest + 1e-6)
-                    << topology << " family " << family << " N=" << poles << " K=" << gain
-                    << ": corner at " << corner << " F0";
+                    << Index(topology) << " family " << Index(family) << " N=" << poles
+                    << " K=" << gain << ": corner at " << corner << " F0";
             }
 }
 
 TEST(IdealDesigns, BandPassCascadesPeakAtF0) {
-    for (int topology : {4, 5})
+    for (const Topology topology : {Topology::VcvsBandPass, Topology::MfbBandPass})
         for (const auto& [target, poles] : Targets) {
             // No ripple to confuse the search.
-            const int family = target == Chebyshev ? Butterworth : target;
+            const Response family = target == Response::Chebyshev ? Response::Butterworth : target;
             const Built b =
                 Build({.topology = topology, .family = family, .poles = poles, .c1 = 1e-8});
             double bestF = 0.0, best = 0.0;
             for (double f = 0.5 * F0; f <= 2.0 * F0; f *= 1.0005)
                 if (const double m = b.Magnitude(f); m > best) best = m, bestF = f;
             // The peak of an arithmetically symmetric design sits at the geometric centre.
-            EXPECT_NEAR(bestF / F0, 1.0, 0.01) << topology << " " << family << " " << poles;
+            EXPECT_NEAR(bestF / F0, 1.0, 0.01)
+                << Index(topology) << " " << Index(family) << " " << poles;
         }
 }
 
 TEST(IdealDesigns, NotchIsAtLeastSixtyDbDownAtF0AndFlatBelow) {
     for (int poles : {1, 2, 5}) {
-        const Built b = Build({.topology = 6, .poles = poles});
+        const Built b = Build({.topology = Topology::VcvsNotch, .poles = poles});
         EXPECT_LT(20.0 * std::log10(b.Magnitude(F0)), -60.0) << poles;
         EXPECT_NEAR(b.Magnitude(1e-3 * F0), 1.0, 1e-3) << poles;
     }

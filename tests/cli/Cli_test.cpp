@@ -165,7 +165,7 @@ nlohmann::json JsonOf(std::vector<std::string> args) {
 TEST(Cli, PrototypeNumbersSurviveTheJsonRoundTrip) {
     const nlohmann::json result = JsonOf({"--response", "bessel", "--poles", "7"});
     ProtoSections expected;
-    const int count = BuildPrototype(Bessel, 7, 0.2, 0.0, expected).sectionCount;
+    const int count = BuildPrototype(Response::Bessel, 7, 0.2, 0.0, expected).sectionCount;
     ASSERT_EQ(result["prototype"].size(), static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         const nlohmann::json& section = result["prototype"][i];

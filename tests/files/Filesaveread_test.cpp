@@ -184,8 +184,8 @@ TEST_F(DesignFiles, ASaveKilledHalfWayLeavesAWholeFile) {
 TEST(ProposedFileName, CountFamilyAndTopology) {
     DesignState s = DefaultDesignState();
     s.NumPoles = 2;
-    s.ResponseIndex = 8;
-    s.TopologyIndex = 5;
+    s.ResponseIndex = static_cast<Response>(8);
+    s.TopologyIndex = Topology::MfbBandPass;
     EXPECT_EQ(ProposedFileName(s), "2 Pole Elliptic MFB_BPF");
     EXPECT_EQ(DesignTitle("/home/a/Kestrune/4 Pole Bessel VCVS LPF.kq_opamp"),
               "4 Pole Bessel VCVS LPF");
@@ -200,8 +200,8 @@ TEST(SanitizeDesignRecord, AnyBytesBecomeAUsableDesign) {
         for (std::size_t i = 0; i < sizeof s; ++i)
             bytes[i] = static_cast<unsigned char>(generator());
         SanitizeDesignRecord(s);
-        ASSERT_GE(s.TopologyIndex, 0);
-        ASSERT_LE(s.TopologyIndex, 6);
+        ASSERT_GE(Index(s.TopologyIndex), 0);
+        ASSERT_LE(Index(s.TopologyIndex), 6);
         ASSERT_GE(s.NumPoles, 1);
         ASSERT_LE(s.NumPoles, 20);
         ASSERT_LT(s.SelectedSection, s.NumSections);

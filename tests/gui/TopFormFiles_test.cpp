@@ -139,11 +139,12 @@ TEST_F(WindowFiles, CircuitInfoShowsEachCircuitsPageAndPictureOrNamesTheMissingO
     ASSERT_TRUE(help.isVisible());
     const char* const circuits[] = {"VCVSLowPass",  "MFBLowPass",  "VCVSHighPass", "MFBHighPass",
                                     "VCVSBandPass", "MFBBandPass", "VCVSNotch"};
-    for (int topology = TopologyCount - 1; topology >= 0; --topology) {
-        Act(circuits[topology]);
+    for (int index = TopologyCount - 1; index >= 0; --index) {
+        const Topology topology = Topologies[index];
+        Act(circuits[index]);
         EXPECT_TRUE(help.ShownFile().ends_with(CircuitOf(topology).helpPage)) << help.ShownFile();
         EXPECT_GT(HelpText().size(), 500) << help.ShownFile();
-        EXPECT_FALSE(NoPicture("CircuitPicture")) << topology;
+        EXPECT_FALSE(NoPicture("CircuitPicture")) << index;
     }
     // The guide stays on show when the circuit changes.
     Act("ProgramInfoMenu");

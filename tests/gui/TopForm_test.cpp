@@ -75,8 +75,8 @@ TEST_F(TopFormTest, KeysStepOnlyTheChosenBox) {
     for (int i = 1; i <= 9; ++i) {
         Key(Qt::Key_F5);
         Key(Qt::Key_F7, "F0Box");
-        EXPECT_EQ(form().State().ResponseIndex, (start.ResponseIndex + i) % 9);
-        EXPECT_EQ(form().State().SweepIndex, (start.SweepIndex + i) % 6);
+        EXPECT_EQ(Index(form().State().ResponseIndex), (Index(start.ResponseIndex) + i) % 9);
+        EXPECT_EQ(Index(form().State().SweepIndex), (Index(start.SweepIndex) + i) % 6);
     }
 
     Type("NumPolesBox", "6");

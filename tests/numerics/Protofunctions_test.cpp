@@ -74,23 +74,24 @@ const Reference& Data() {
 using Coefficients = std::span<double, MaxFamilyPolynomialSize>;
 
 struct Builders {
-    int index;  // in the response menu
+    Response index;
     void (*roots)(int n, double param, FamilyRoots& out);
     int (*polynomial)(int n, double param, Coefficients out);  // none for the closed forms
 };
 
 const std::map<std::string, Builders> ByFamily = {
     {"butterworth",
-     {Butterworth, [](int n, double, FamilyRoots& out) { ButterworthPoles(n, out); }, nullptr}},
-    {"chebyshev", {Chebyshev, ChebyshevPoles, nullptr}},
+     {Response::Butterworth, [](int n, double, FamilyRoots& out) { ButterworthPoles(n, out); },
+      nullptr}},
+    {"chebyshev", {Response::Chebyshev, ChebyshevPoles, nullptr}},
     {"bessel",
-     {Bessel, [](int n, double, FamilyRoots& out) { BesselRoots(n, out); },
+     {Response::Bessel, [](int n, double, FamilyRoots& out) { BesselRoots(n, out); },
       [](int n, double, Coefficients out) { return BesselPolynomial(n, out); }}},
     {"gaussian",
-     {Gaussian, [](int n, double, FamilyRoots& out) { GaussianRoots(n, out); },
+     {Response::Gaussian, [](int n, double, FamilyRoots& out) { GaussianRoots(n, out); },
       [](int n, double, Coefficients out) { return GaussianPolynomial(n, out); }}},
-    {"adjgauss", {AdjustableGauss, AdjustableGaussRoots, AdjustableGaussPolynomial}},
-    {"papoulis", {Papoulis, PapoulisRoots, PapoulisPolynomial}},
+    {"adjgauss", {Response::AdjustableGauss, AdjustableGaussRoots, AdjustableGaussPolynomial}},
+    {"papoulis", {Response::Papoulis, PapoulisRoots, PapoulisPolynomial}},
 };
 
 // Every family at every order from 1 to 20, Chebyshev and Papoulis also at the clamps of e. Each
@@ -166,7 +167,7 @@ TEST(BuildPrototype, SectionsAreTheFamilysPolesByDampingThreeDbDownAtOneRadian) 
         if (ref.n == 1 || (rippled && (param < 0.001 || param > limit))) continue;
         SCOPED_TRACE(ref.family + " " + ref.param + ", N = " + std::to_string(ref.n));
         const Builders& build = ByFamily.at(ref.family);
-        const bool gauss = build.index == AdjustableGauss;
+        const bool gauss = build.index == Response::AdjustableGauss;
         ProtoSections s;
         // The parameter the family does not use is set to nonsense.
         const PrototypeResult result =
@@ -195,8 +196,8 @@ TEST(BuildPrototype, SectionsAreTheFamilysPolesByDampingThreeDbDownAtOneRadian) 
         const int count = result.sectionCount;
         EXPECT_GE(CascadeMagnitude(s, count, 1.0 - GridStep * result.cornerScale - 1e-9), 0.7071);
         const double atOne = CascadeMagnitude(s, count, 1.0);
-        EXPECT_TRUE(build.index == Butterworth ? std::fabs(atOne - M_SQRT1_2) < 1e-12
-                                               : atOne < 0.7071)
+        EXPECT_TRUE(build.index == Response::Butterworth ? std::fabs(atOne - M_SQRT1_2) < 1e-12
+                                                         : atOne < 0.7071)
             << "|H| = " << atOne << " at 1 rad/s";
     }
 }
@@ -222,7 +223,7 @@ TEST(BuildPrototype, BesselMatchesThePublishedThreeDbNormalisedSections) {
     for (int n = 2; n <= MaxPoles; ++n) {
         SCOPED_TRACE("N = " + std::to_string(n));
         ProtoSections s;
-        const int count = BuildPrototype(Bessel, n, 0.0, 0.0, s).sectionCount;
+        const int count = BuildPrototype(Response::Bessel, n, 0.0, 0.0, s).sectionCount;
         ASSERT_EQ(count, static_cast<int>(table[n].size()));
         // From 14 poles on the roots' condition numbers pass 1e8 and the roots carry errors of
         // about condition number times epsilon (a few 1e-7 at 20 poles).
@@ -242,10 +243,11 @@ TEST(BuildPrototype, OnePoleIsOneSectionForAnyFamilyAndUnknownFamiliesBuildNothi
     for (int family = -1; family <= 8; ++family) {
         SCOPED_TRACE(family);
         ProtoSections s;
-        ASSERT_EQ(BuildPrototype(family, 1, 0.5, 0.5, s).sectionCount, 1);
+        ASSERT_EQ(BuildPrototype(static_cast<Response>(family), 1, 0.5, 0.5, s).sectionCount, 1);
         EXPECT_TRUE(s.DenS2[0] == 0.0 && s.DenS1[0] == 1.0 && std::fabs(s.DenS0[0] - 1.0) < 1e-15);
-        if (family >= Butterworth && family <= AdjustableGauss) continue;
-        EXPECT_EQ(BuildPrototype(family, 4, 0.2, 0.0, s).sectionCount, 0);
+        if (family >= Index(Response::Butterworth) && family <= Index(Response::AdjustableGauss))
+            continue;
+        EXPECT_EQ(BuildPrototype(static_cast<Response>(family), 4, 0.2, 0.0, s).sectionCount, 0);
         for (int i = 0; i < MaxSections; ++i)
             EXPECT_TRUE(s.DenS2[i] == 0.0 && s.DenS1[i] == 0.0 && s.DenS0[i] == 1.0 &&
                         s.NumS2[i] == 0.0 && s.NumS1[i] == 0.0 && s.NumS0[i] == 1.0)

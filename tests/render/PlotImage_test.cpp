@@ -28,7 +28,7 @@ PlotView MagnitudeView(int sweep, double start, double stop) {
     PlotView view;
     view.width = 700;
     view.height = 450;
-    view.sweepIndex = sweep;
+    view.sweepIndex = static_cast<Sweep>(sweep);
     view.freqMin = start;
     view.freqMax = stop;
     view.groupDelayScale = 1.2e-3;

@@ -203,7 +203,7 @@ PlotView EverythingShown() {
     PlotView view;
     view.width = 1000;
     view.height = 600;
-    view.sweepIndex = 4;
+    view.sweepIndex = Sweep::OneDecade;
     view.freqMin = 100.0;
     view.freqMax = 10000.0;
     view.groupDelayScale = 2e-3;
@@ -224,7 +224,7 @@ std::vector<PlotView> AssortedViews() {
                 PlotView view = EverythingShown();
                 view.width = std::array{1000, 640, 320}[size];
                 view.height = std::array{600, 420, 200}[size];
-                view.sweepIndex = sweep;
+                view.sweepIndex = static_cast<Sweep>(sweep);
                 view.freqMin = starts[sweep];
                 view.freqMax = stops[sweep];
                 view.topDb = scales == 3 ? -380.0 : 410.0 * (scales % 2);
@@ -276,7 +276,7 @@ TEST(DrawPlot, DrawsWhatItDrewWhenChecked) {
         {"plot-linear-hilbert", [](PlotView& v, Traces&) {
              v.linearMagnitude = v.hilbertPhase = true; v.showReference = false; }, true},
         {"plot-linear-sweep-no-pulse", [](PlotView& v, Traces& r) {
-             v.sweepIndex = 0; v.freqMin = 1.0; v.freqMax = 2000.0; r.hasPulse = false; }, true},
+             v.sweepIndex = Sweep::Linear; v.freqMin = 1.0; v.freqMax = 2000.0; r.hasPulse = false; }, true},
         {"plot-disabled-traces", [](PlotView& v, Traces&) {
              v.phaseEnabled = v.groupDelayEnabled = v.pulseEnabled = false; v.showMag10 = false; }, true},
         {"plot-traces-only", [](PlotView&, Traces&) {}, false},
@@ -304,7 +304,7 @@ TEST(DrawPlot, LabelsStayInsideTheImageAndApart) {
         RecordingCanvas canvas;
         DrawPlot(canvas, view, traces, &traces, true);
         const std::string where = std::to_string(view.width) + "x" + std::to_string(view.height) +
-                                  " sweep " + std::to_string(view.sweepIndex);
+                                  " sweep " + std::to_string(Index(view.sweepIndex));
         EXPECT_GT(canvas.texts.size(), 5u);
         for (std::size_t i = 0; i < canvas.texts.size(); ++i) {
             const RecordingCanvas::Text& a = canvas.texts[i];

@@ -118,7 +118,7 @@ bool Inside(GridPoint p, GridPoint a, GridPoint b) {
 
 // Only what is drawn counts: a terminal is joined to whatever line ends on it or runs
 // through it.
-Nets DrawingNets(const Schematic& schematic, int topology) {
+Nets DrawingNets(const Schematic& schematic, Topology topology) {
     Joins joins;
     std::vector<std::string> terminals;
     std::vector<GridPoint> points;
@@ -162,7 +162,7 @@ Nets DrawingNets(const Schematic& schematic, int topology) {
 }
 
 struct Case {
-    int topology;
+    Topology topology;
     int poles;
     double gainDb;
 };
@@ -185,7 +185,7 @@ TEST_P(DrawingAndNetlist, AreTheSameCircuit) {
 // second-order sections with a gain pair (four poles, 6 dB), a cascade over several rows.
 std::vector<Case> Cases() {
     std::vector<Case> cases;
-    for (int topology = 0; topology < TopologyCount; ++topology)
+    for (const Topology topology : Topologies)
         for (const Case& c :
              {Case{topology, 3, 0.0}, Case{topology, 4, 6.0}, Case{topology, 8, 0.0}})
             cases.push_back(c);
@@ -194,7 +194,7 @@ std::vector<Case> Cases() {
 
 INSTANTIATE_TEST_SUITE_P(AllTopologies, DrawingAndNetlist, testing::ValuesIn(Cases()),
                          [](const testing::TestParamInfo<Case>& info) {
-                             return "topology" + std::to_string(info.param.topology) + "_" +
+                             return "topology" + std::to_string(Index(info.param.topology)) + "_" +
                                     std::to_string(info.param.poles) + "poles";
                          });
 

@@ -13,9 +13,9 @@
 
 namespace nerivane {
 
-inline SectionComponents ChebyshevDesign(int topology, int poles, double gainDb) {
+inline SectionComponents ChebyshevDesign(Topology topology, int poles, double gainDb) {
     ProtoSections prototype{};
-    BuildPrototype(Chebyshev, poles, 0.5, 0.0, prototype);
+    BuildPrototype(Response::Chebyshev, poles, 0.5, 0.0, prototype);
     std::vector<double> c1(MaxSections, 10e-9), c2(MaxSections, 22e-9);
     const ComponentInputs inputs{topology, SectionsForPoles(topology, poles), 0,         5000.0,
                                  2000.0,   std::pow(10.0, gainDb / 20.0),     c1.data(), c2.data()};

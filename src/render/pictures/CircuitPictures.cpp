@@ -16,7 +16,7 @@ int main(int argc, char** argv) {
     }
     nerivane::EnsureGuiApplication();
     const std::string folder = argv[1];
-    for (int topology = 0; topology < nerivane::TopologyCount; ++topology) {
+    for (const nerivane::Topology topology : nerivane::Topologies) {
         const std::string path = folder + "/" + nerivane::CircuitOf(topology).pictureName;
         const QImage picture = nerivane::RenderSchematic(nerivane::CircuitPicture(topology));
         if (!picture.save(QString::fromStdString(path), "BMP")) {

@@ -12,10 +12,10 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace nerivane;
-    DesignState design = DefaultDesignState();
-    DesignState scratch = design;
-    if (!ValidateDesignBytes(data, size, scratch)) return 0;
-    SanitizeDesignRecord(scratch);
+    DesignRecord record = ToRecord(DefaultDesignState());
+    if (!ValidateDesignBytes(data, size, record)) return 0;
+    SanitizeDesignRecord(record);
+    DesignState scratch = FromRecord(record);
     const RecordControls controls = ControlsFromRecord(scratch);
     auto boxes = std::make_unique<TextBoxes>();
     (*boxes)[BoxId::WorstCaseRuns].SetText("3");

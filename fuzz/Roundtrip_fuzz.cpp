@@ -13,14 +13,16 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     using namespace nerivane;
-    DesignState first = DefaultDesignState();
-    if (!ValidateDesignBytes(data, size, first)) return 0;
-    SanitizeDesignRecord(first);
+    DesignRecord record = ToRecord(DefaultDesignState());
+    if (!ValidateDesignBytes(data, size, record)) return 0;
+    SanitizeDesignRecord(record);
+    const DesignState first = FromRecord(record);
     const std::string path = "/tmp/nerivane-roundtrip-" + std::to_string(::getpid()) + ".kq_opamp";
     if (!WriteDesignFile(path, first)) std::abort();
     DesignState second = DefaultDesignState();
     const OpenResult read = ReadDesignFile(path, second);
     if (read.outcome != OpenOutcome::Opened || !read.repairs.empty()) std::abort();
-    if (std::memcmp(&first, &second, sizeof first) != 0) std::abort();
+    const DesignRecord written = ToRecord(first), reread = ToRecord(second);
+    if (std::memcmp(&written, &reread, sizeof written) != 0) std::abort();
     return 0;
 }

@@ -13,17 +13,6 @@
 namespace nerivane {
 namespace {
 
-void RecordToleranceTexts(DesignState& state, const ComponentSettings& settings) {
-    // "Worst Case" is recorded as "Standard R" on purpose: a loaded design comes back with
-    // standard values, not with a long analysis.
-    const char* mode = state.Tolerance == ToleranceMode::Exact ? "Exact R" : "Standard R";
-    WriteRecordText(state.ToleranceText, std::size(state.ToleranceText), mode);
-    WriteRecordText(state.CapacitorToleranceText, std::size(state.CapacitorToleranceText),
-                    ToleranceCaption(settings.capacitorClass));
-    WriteRecordText(state.ResistorToleranceText, std::size(state.ResistorToleranceText),
-                    ToleranceCaption(settings.resistorClass));
-}
-
 // The traces of one run; the nominal run also keeps its response and, when the pulse box is
 // ticked and usable, gets its square-pulse response.
 void MakeRunTraces(int run, const DesignState& state, const ComponentSettings& settings,
@@ -95,10 +84,10 @@ void GatherInputs(DesignState& state, const ParameterBoxes& boxes, ComponentSett
     state.OpAmpGainBandwidth = settings.gainBandwidth;
     state.OpAmpOutputResistance = settings.outputResistance;
     results.toleranceLabel = ToleranceLabelText(settings);
-    RecordToleranceTexts(state, settings);
+    state.CapacitorTolerancePercent = settings.capacitorClass.percent;
+    state.ResistorTolerancePercent = settings.resistorClass.percent;
 
     ReadPhaseThreshold(state, boxes[BoxId::PhaseThreshold]);
-    StampFormatVersion(state);
     results.gammaLabel =
         GammaLabelText(state.Gamma, state.ResponseIndex == Response::AdjustableGauss);
 }

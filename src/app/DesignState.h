@@ -1,11 +1,9 @@
-// The one record of the design on screen: every input and selection, in SI units, laid out
-// byte for byte as the design file stores it (2016 bytes, little-endian, identity text and
-// format version first), so that saving is one block write and the reference is a copy.
+// The one record of the design on screen: every input and selection, in SI units, with typed
+// choices. The design file stores it through its record (files/Designrecord.h); the reference
+// design is a copy.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
-#include <type_traits>
 
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Components.h"
@@ -13,12 +11,6 @@
 #include "numerics/Polymain.h"
 
 namespace nerivane {
-
-inline constexpr std::int32_t FormatVersionMajor = 2;
-inline constexpr std::int32_t FormatVersionMinor = 2;
-inline constexpr std::int32_t DesignRecordSize = 2016;
-inline constexpr int IdentityTextUnits = 68;  // 136 bytes of UTF-16
-inline constexpr char IdentityText[] = "Nerivane Active Filter Design";
 
 enum class ReadOutMode : std::int32_t { GraphPosition = 0, ValueAtFrequency = 1 };
 enum class MagnitudeMode : std::int32_t { Db = 0, Linear = 1 };
@@ -29,88 +21,48 @@ inline constexpr std::int32_t FocusC1 = 1;
 inline constexpr std::int32_t FocusC2 = 2;
 inline constexpr std::int32_t FocusNothing = 1000;
 
-// Flags are 32-bit integers (0 or 1) so that the byte image has no implementation-defined
-// bool representation and no hidden padding.
 struct DesignState {
-    char16_t Identity[IdentityTextUnits];
-    std::int32_t VersionMajor;
-    std::int32_t VersionMinor;
-    std::int32_t RecordSize;
-    Response ResponseIndex;
-    Topology TopologyIndex;
-    std::int32_t NumPoles;
-    std::int32_t NumSections;
-    std::int32_t SelectedSection;
-    double F0;         // Hz
-    double BandWidth;  // Hz
-    double Ripple;     // dB
-    double Gamma;
-    double SectionGain;             // ratio, 10^(dB/20)
-    double OpAmpGainBandwidth;      // Hz
-    double OpAmpOutputResistance;   // ohms
-    double SectionC1[MaxSections];  // farads
-    double SectionC2[MaxSections];  // farads
+    Response ResponseIndex = Response::AdjustableGauss;
+    Topology TopologyIndex = Topology::VcvsLowPass;
+    std::int32_t NumPoles = 3;
+    std::int32_t NumSections = 0;  // set from the poles
+    std::int32_t SelectedSection = 0;
+    double F0 = 5000.0;         // Hz
+    double BandWidth = 2000.0;  // Hz
+    double Ripple = 0.2;        // dB
+    double Gamma = 0.0;
+    double SectionGain = 1.0;            // ratio, 10^(dB/20)
+    double OpAmpGainBandwidth = 1e8;     // Hz
+    double OpAmpOutputResistance = 0.0;  // ohms
+    double SectionC1[MaxSections] = {};  // farads
+    double SectionC2[MaxSections] = {};
 
-    Sweep SweepIndex;
-    std::int32_t ReservedAfterSweep;  // keeps the next double aligned; always 0
-    double PlotTopDb;                 // top of the magnitude scale
-    std::int32_t IdealOpAmp;
-    ToleranceMode Tolerance;
-    double PhaseThreshold;  // dB, always negative
-    std::int32_t AdjustFocus;
-    std::int32_t ReservedAfterFocus;  // keeps the next double aligned; always 0
-    double FreqMin;                   // Hz
-    double FreqMax;                   // Hz
-    std::int32_t PlotMag;
-    std::int32_t PlotMag1dB;
-    std::int32_t PlotPhase;
-    std::int32_t PlotGroupDelay;
-    std::int32_t PlotPulse;
-    std::int32_t PlotReference;
-    std::int32_t AutoScale;
-    ReadOutMode ReadOut;
-    MagnitudeMode Magnitude;
-    PhaseMode Phase;
-    double GroupDelayScale;  // seconds at the top of the group-delay scale
-    double TestValue;        // the hidden test panel's value
+    Sweep SweepIndex = Sweep::OneDecade;
+    double PlotTopDb = 10.0;  // top of the magnitude scale
+    bool IdealOpAmp = true;
+    ToleranceMode Tolerance = ToleranceMode::Exact;
+    // The component classes the design was calculated with, in percent.
+    std::int32_t CapacitorTolerancePercent = 10;
+    std::int32_t ResistorTolerancePercent = 1;
+    double PhaseThreshold = -30.0;  // dB, always negative
+    std::int32_t AdjustFocus = FocusSection;
+    double FreqMin = 0.0;  // Hz, laid out with the sweep
+    double FreqMax = 0.0;
+    bool PlotMag = true;
+    bool PlotMag1dB = false;
+    bool PlotPhase = false;
+    bool PlotGroupDelay = false;
+    bool PlotPulse = false;
+    bool PlotReference = false;
+    bool AutoScale = true;
+    ReadOutMode ReadOut = ReadOutMode::GraphPosition;
+    MagnitudeMode Magnitude = MagnitudeMode::Db;
+    PhaseMode Phase = PhaseMode::Plain;
+    double GroupDelayScale = 1.0;  // seconds at the top of the group-delay scale
+    double TestValue = 0.0;        // the hidden test panel's value
 
-    ProtoSections Sections;
-
-    // The captions the tolerance choices are recorded as, so a loaded design can restore
-    // the radio buttons: "Exact R" or "Standard R", and the capacitor and resistor classes
-    // ("10 %", "1 %").
-    char16_t ToleranceText[16];
-    char16_t CapacitorToleranceText[8];
-    char16_t ResistorToleranceText[8];
-    char16_t VersionText[32];  // "Version 2.2"
-
-    std::uint8_t Reserved[272];  // room for later fields; written as zeros
+    ProtoSections Sections{};
 };
-
-static_assert(sizeof(ToleranceMode) == 4);
-static_assert(std::is_standard_layout_v<DesignState>);
-static_assert(std::is_trivially_copyable_v<DesignState>);
-static_assert(sizeof(DesignState) == DesignRecordSize);
-static_assert(offsetof(DesignState, VersionMajor) == 136);
-static_assert(offsetof(DesignState, VersionMinor) == 140);
-static_assert(offsetof(DesignState, RecordSize) == 144);
-static_assert(offsetof(DesignState, ResponseIndex) == 148);
-static_assert(offsetof(DesignState, TopologyIndex) == 152);
-static_assert(offsetof(DesignState, NumPoles) == 156);
-static_assert(offsetof(DesignState, NumSections) == 160);
-static_assert(offsetof(DesignState, SelectedSection) == 164);
-static_assert(offsetof(DesignState, F0) == 168);
-static_assert(offsetof(DesignState, BandWidth) == 176);
-static_assert(offsetof(DesignState, Ripple) == 184);
-static_assert(offsetof(DesignState, Gamma) == 192);
-static_assert(offsetof(DesignState, SectionGain) == 200);
-static_assert(offsetof(DesignState, OpAmpGainBandwidth) == 208);
-static_assert(offsetof(DesignState, OpAmpOutputResistance) == 216);
-static_assert(offsetof(DesignState, SectionC1) == 224);
-static_assert(offsetof(DesignState, SectionC2) == 384);
-static_assert(offsetof(DesignState, SweepIndex) == 544);
-static_assert(offsetof(DesignState, Sections) == 656);
-static_assert(offsetof(DesignState, Reserved) + sizeof(DesignState::Reserved) == DesignRecordSize);
 
 // The F5 and F7 keys: the next family (through the three numbers past Adjustable Gauss that
 // build no prototype) and the next sweep, each back to the first after the last.

@@ -84,16 +84,16 @@ void ApplyOpAmp(const Options& options, DesignState& state, CliBoxes& boxes) {
         throw UsageError("--opamp: \"" + text +
                          "\" is neither ideal nor GBW,RO (for example 10M,10)");
     }
-    state.IdealOpAmp = 0;
+    state.IdealOpAmp = false;
     TypeScaled(boxes[BoxId::GainBandwidth], text.substr(0, comma), "Hz", 1e6);
     TypeScaled(boxes[BoxId::OutputResistance], text.substr(comma + 1), "ohm", 1.0);
 }
 
 // "mag10,phase": the plot check boxes that are ticked.
 void ApplyTraces(const Options& options, DesignState& state) {
-    const std::array<std::int32_t*, 5> boxes = {&state.PlotMag, &state.PlotMag1dB, &state.PlotPhase,
-                                                &state.PlotGroupDelay, &state.PlotPulse};
-    for (std::int32_t* box : boxes) *box = 0;
+    const std::array<bool*, 5> boxes = {&state.PlotMag, &state.PlotMag1dB, &state.PlotPhase,
+                                        &state.PlotGroupDelay, &state.PlotPulse};
+    for (bool* box : boxes) *box = false;
     std::string_view rest = options.Get("--traces");
     while (true) {
         const std::size_t comma = rest.find(',');
@@ -103,7 +103,7 @@ void ApplyTraces(const Options& options, DesignState& state) {
             throw UsageError("--traces: \"" + std::string(item) + "\" is not one of " +
                              JoinNames(TraceNames));
         }
-        *boxes[*index] = 1;
+        *boxes[*index] = true;
         if (comma == std::string_view::npos) break;
         rest.remove_prefix(comma + 1);
     }

@@ -7,6 +7,7 @@
 
 #include "app/Initializevars.h"
 #include "files/Atomicwrite.h"
+#include "files/Designrecord.h"
 #include "files/Regularfiles.h"
 #include "numerics/Sivalue.h"
 
@@ -29,16 +30,6 @@ std::int32_t ReadInt32(const unsigned char* bytes, std::size_t offset) {
     return value;
 }
 
-bool IdentityMatches(const DesignState& state) {
-    DesignState reference;
-    WriteRecordText(reference.Identity, IdentityTextUnits, IdentityText);
-    for (int i = 0; i < IdentityTextUnits; ++i) {
-        if (state.Identity[i] != reference.Identity[i]) return false;
-        if (reference.Identity[i] == u'\0') return true;
-    }
-    return true;
-}
-
 bool VersionAccepted(std::int32_t major, std::int32_t minor) {
     // Files of version 2.0 to 2.2 and 1.0 to 1.1 share this layout.
     const std::int64_t magnitude = std::abs(static_cast<std::int64_t>(minor));
@@ -56,14 +47,6 @@ class Repairs {
         Say(field, std::to_string(value), std::to_string(fallback));
         value = fallback;
     }
-    // A topology, family or sweep is kept by its number.
-    template <typename Enum>
-    requires std::is_enum_v<Enum>
-    void KeepInRange(const std::string& field, Enum& value, int low, int high, Enum fallback) {
-        int number = static_cast<int>(value);
-        KeepInRange(field, number, low, high, static_cast<int>(fallback));
-        value = static_cast<Enum>(number);
-    }
     void KeepUsable(const std::string& field, double& value, double low, double high,
                     double fallback) {
         if (value >= low && value <= high) return;
@@ -78,15 +61,12 @@ class Repairs {
     }
 };
 
-std::int32_t Flag(std::int32_t value) {
-    return value != 0 ? 1 : 0;
-}
-
 }  // namespace
 
 bool WriteDesignFile(const std::string& path, const DesignState& state, std::string* reason) {
-    const auto* bytes = reinterpret_cast<const char*>(&state);
-    return WriteFileAtomically(path, std::string_view(bytes, sizeof state), reason);
+    const DesignRecord record = ToRecord(state);
+    const auto* bytes = reinterpret_cast<const char*>(&record);
+    return WriteFileAtomically(path, std::string_view(bytes, sizeof record), reason);
 }
 
 std::string SaveFailedText(const std::string& path, const std::string& reason) {
@@ -99,14 +79,14 @@ std::string WithDesignExtension(const std::string& path) {
     return path + ending;
 }
 
-bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignState& scratch) {
-    if (count < offsetof(DesignState, RecordSize) + sizeof(std::int32_t)) return false;
-    const std::int32_t size = ReadInt32(bytes, offsetof(DesignState, RecordSize));
+bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignRecord& scratch) {
+    if (count < offsetof(DesignRecord, RecordSize) + sizeof(std::int32_t)) return false;
+    const std::int32_t size = ReadInt32(bytes, offsetof(DesignRecord, RecordSize));
     if (size == static_cast<std::int32_t>(OlderRecordSize) && count == OlderRecordSize) {
         // The earlier, shorter record: its fields are a prefix of this one's.
         std::memcpy(&scratch, bytes, OlderRecordSize);
         scratch.RecordSize = DesignRecordSize;
-    } else if (count == sizeof(DesignState) && size == DesignRecordSize) {
+    } else if (count == sizeof(DesignRecord) && size == DesignRecordSize) {
         std::memcpy(&scratch, bytes, sizeof scratch);
     } else {
         return false;
@@ -114,14 +94,14 @@ bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignSt
     return IdentityMatches(scratch) && VersionAccepted(scratch.VersionMajor, scratch.VersionMinor);
 }
 
-std::vector<std::string> SanitizeDesignRecord(DesignState& s) {
-    const DesignState defaults = DefaultDesignState();
+std::vector<std::string> SanitizeDesignRecord(DesignRecord& s) {
+    const DesignRecord defaults = ToRecord(DefaultDesignState());
     Repairs r;
     r.KeepInRange("ResponseIndex", s.ResponseIndex, 0, 8, defaults.ResponseIndex);
     r.KeepInRange("TopologyIndex", s.TopologyIndex, 0, 6, defaults.TopologyIndex);
     r.KeepInRange("SweepIndex", s.SweepIndex, 0, 5, defaults.SweepIndex);
     r.KeepInRange("NumPoles", s.NumPoles, 1, MaxPoles, defaults.NumPoles);
-    s.NumSections = SectionsForPoles(s.TopologyIndex, s.NumPoles);
+    s.NumSections = SectionsForPoles(static_cast<Topology>(s.TopologyIndex), s.NumPoles);
     r.KeepInRange("SelectedSection", s.SelectedSection, 0, s.NumSections - 1, 0);
     r.KeepInRange("AdjustFocus", s.AdjustFocus, 0, FocusNothing, defaults.AdjustFocus);
     r.KeepUsable("F0", s.F0, 1.0, 1e8, defaults.F0);
@@ -146,14 +126,6 @@ std::vector<std::string> SanitizeDesignRecord(DesignState& s) {
     if (s.ReadOut != ReadOutMode::ValueAtFrequency) s.ReadOut = ReadOutMode::GraphPosition;
     if (s.Magnitude != MagnitudeMode::Linear) s.Magnitude = MagnitudeMode::Db;
     if (s.Phase != PhaseMode::Hilbert) s.Phase = PhaseMode::Plain;
-    for (std::int32_t* flag : {&s.IdealOpAmp, &s.PlotMag, &s.PlotMag1dB, &s.PlotPhase,
-                               &s.PlotGroupDelay, &s.PlotPulse, &s.PlotReference, &s.AutoScale})
-        *flag = Flag(*flag);
-    // Texts must end inside their fields, whatever the file held.
-    s.ToleranceText[std::size(s.ToleranceText) - 1] = u'\0';
-    s.CapacitorToleranceText[std::size(s.CapacitorToleranceText) - 1] = u'\0';
-    s.ResistorToleranceText[std::size(s.ResistorToleranceText) - 1] = u'\0';
-    StampFormatVersion(s);
     return r.said;
 }
 
@@ -162,7 +134,7 @@ OpenResult ReadDesignFile(const std::string& path, DesignState& state) {
     if (path.size() < extension.size() ||
         path.compare(path.size() - extension.size(), extension.size(), extension) != 0)
         return {OpenOutcome::WrongExtension, ""};
-    const FileContents file = ReadRegularFile(path, sizeof(DesignState));
+    const FileContents file = ReadRegularFile(path, sizeof(DesignRecord));
     switch (file.status) {
         case ReadStatus::Read: break;
         case ReadStatus::Missing: return {OpenOutcome::Missing, file.reason};
@@ -171,12 +143,13 @@ OpenResult ReadDesignFile(const std::string& path, DesignState& state) {
         case ReadStatus::NotAFile:
         case ReadStatus::Unreadable: return {OpenOutcome::Unreadable, file.reason};
     }
-    DesignState scratch = state;
+    // An older, shorter record leaves the later fields as the design on screen has them.
+    DesignRecord scratch = ToRecord(state);
     if (!ValidateDesignBytes(reinterpret_cast<const unsigned char*>(file.bytes.data()),
                              file.bytes.size(), scratch))
         return {OpenOutcome::Incompatible, ""};
     OpenResult opened{OpenOutcome::Opened, "", SanitizeDesignRecord(scratch)};
-    state = scratch;
+    state = FromRecord(scratch);
     return opened;
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "app/DesignState.h"
+#include "files/Designrecord.h"
 
 namespace nerivane {
 
@@ -19,7 +20,7 @@ inline constexpr const char* IncompatibleFileMessage =
 inline constexpr const char* MissingFileMessage = "This file doesn't exist. \n\n";
 inline constexpr std::size_t OlderRecordSize = 1248;
 
-// Writes the record as it stands; false when the file could not be written completely, with
+// Writes the design's record; false when the file could not be written completely, with
 // the system's words in reason when it is given.
 bool WriteDesignFile(const std::string& path, const DesignState& state,
                      std::string* reason = nullptr);
@@ -34,12 +35,12 @@ std::string WithDesignExtension(const std::string& path);
 // Checks bytes read from a design file and, when they are valid, lays them over scratch (which
 // starts as a copy of the design on screen: an older, shorter file leaves the later fields as
 // they were). False leaves scratch unusable and the caller's design untouched.
-bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignState& scratch);
+bool ValidateDesignBytes(const unsigned char* bytes, std::size_t count, DesignRecord& scratch);
 
 // Brings a record read from a file into the ranges the program works with: unknown indices,
 // impossible capacitors and flags are replaced by their defaults, so whatever a file holds
 // the next calculation can run. Returns what was replaced ("NumPoles 25 replaced by 3").
-std::vector<std::string> SanitizeDesignRecord(DesignState& state);
+std::vector<std::string> SanitizeDesignRecord(DesignRecord& record);
 
 enum class OpenOutcome { Opened, Missing, WrongExtension, Incompatible, Unreadable };
 

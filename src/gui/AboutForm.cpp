@@ -6,7 +6,7 @@
 #include <QShowEvent>
 #include <QVBoxLayout>
 
-#include "app/Initializevars.h"
+#include "files/Designrecord.h"
 #include "gui/NamedWidget.h"
 #include "gui/WindowPlacement.h"
 
@@ -17,8 +17,7 @@ namespace {
 constexpr const char* ReleaseDate = "2026-11-22";
 
 QString AboutText() {
-    return QStringLiteral("Nerivane\n") +
-           QString::fromStdString(VersionText(DefaultDesignState())) +
+    return QStringLiteral("Nerivane\n") + QString::fromStdString(VersionText()) +
            QStringLiteral("\nRelease Date: ") + QString::fromLatin1(ReleaseDate) +
            QStringLiteral(
                "\nPolynomial roots by the Jenkins-Traub three-stage algorithm "

@@ -11,6 +11,7 @@
 #include "app/Picturefiles.h"
 #include "app/Recordcontrols.h"
 #include "files/Atomicwrite.h"
+#include "files/Designrecord.h"
 #include "files/Filesaveread.h"
 #include "files/Regularfiles.h"
 #include "gui/CompSelectForm.h"
@@ -34,7 +35,7 @@ void TTopForm::SetStartup(const ProgramDirectories& directories, const std::stri
 }
 
 void TTopForm::ReadSettingsFile() {
-    programSettings_.versionText = VersionText(state_);
+    programSettings_.versionText = VersionText();
     if (directories_.userFilesDir.empty()) return;
     const std::string path = directories_.userFilesDir + "/" + SettingsFileName;
     const FileContents file = ReadRegularFile(path, MaxSettingsFileBytes);
@@ -56,7 +57,7 @@ void TTopForm::ReadSettingsFile() {
 
 void TTopForm::WriteSettingsFile() {
     if (directories_.userFilesDir.empty()) return;
-    programSettings_.versionText = VersionText(state_);
+    programSettings_.versionText = VersionText();
     programSettings_.samplingFrequencyText = widgets_->samplingFreqBox->text().toStdString();
     programSettings_.thresholdText = dialogs_.options->ThresholdBox().Text();
     programSettings_.readOutMode = state_.ReadOut == ReadOutMode::GraphPosition ? 0 : 1;

@@ -37,7 +37,8 @@ struct Design {
         inputs.sectionC1 = c1.data();
         inputs.sectionC2 = c2.data();
         SectionPanelHints hints;
-        CalculateComponents(inputs, prototype, settings, parts, hints);
+        Messages messages;
+        CalculateComponents(inputs, prototype, settings, parts, hints, messages);
         for (int k = 0; k < PlotPoints; ++k) frequencies[k] = 500.0 * std::pow(100.0, k / 1024.0);
     }
     SimulationInputs Inputs(Topology topology) const {

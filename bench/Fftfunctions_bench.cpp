@@ -26,7 +26,8 @@ void PulseResponseTenSections(benchmark::State& state) {
     const ComponentSettings settings;
     SectionComponents parts{};
     SectionPanelHints hints;
-    CalculateComponents(design, prototype, settings, parts, hints);
+    Messages messages;
+    CalculateComponents(design, prototype, settings, parts, hints, messages);
 
     PulseInputs inputs;
     inputs.topology = design.topology;
@@ -36,7 +37,7 @@ void PulseResponseTenSections(benchmark::State& state) {
     inputs.settings = &settings;
     Traces traces;
     for (auto _ : state) {
-        CalcPulseResponse(inputs, traces);
+        CalcPulseResponse(inputs, traces, messages);
         benchmark::DoNotOptimize(traces.pulse.data());
     }
 }
@@ -53,9 +54,10 @@ void FftRoundTrip(benchmark::State& state) {
     std::uniform_real_distribution<double> value(-1.0, 1.0);
     std::vector<double> data(2 * static_cast<std::size_t>(n));
     for (double& x : data) x = value(engine);
+    Messages messages;
     for (auto _ : state) {
-        Fft(data, n, FftForward);
-        Fft(data, n, FftInverse);
+        Fft(data, n, FftForward, messages);
+        Fft(data, n, FftInverse, messages);
         benchmark::DoNotOptimize(data.data());
     }
 }

@@ -50,7 +50,8 @@ BenchDesign MakeDesign() {
     inputs.sectionC2 = c2;
     ComponentSettings settings;
     SectionPanelHints hints;
-    CalculateComponents(inputs, prototype, settings, design.parts, hints);
+    Messages messages;
+    CalculateComponents(inputs, prototype, settings, design.parts, hints, messages);
 
     design.spice.topology = Topology::VcvsLowPass;
     design.spice.numSections = inputs.numSections;

@@ -13,9 +13,9 @@
 #include <QToolButton>
 #include <memory>
 
+#include "gui/MessageSink.h"
 #include "gui/ProgramWindows.h"
 #include "gui/UpDownButtons.h"
-#include "numerics/MessageSink.h"
 #include "support/OffscreenApplication.h"
 
 namespace nerivane {

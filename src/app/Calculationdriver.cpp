@@ -31,7 +31,7 @@ void MakeRunTraces(int run, const DesignState& state, const ComponentSettings& s
         pulse.f0 = state.F0;
         pulse.parts = &results.parts;
         pulse.settings = &settings;
-        CalcPulseResponse(pulse, traces);
+        CalcPulseResponse(pulse, traces, results.messages);
     }
 }
 
@@ -63,23 +63,24 @@ void LayOutFrequencyAxis(DesignState& state, std::span<double> axis) {
 void GatherInputs(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,
                   DesignResults& results) {
     // Poles first: the ripple limit depends on the order, the gain scale on the sections.
-    AdjustNumPoles(state, boxes[BoxId::NumPoles]);
-    AdjustRipple(state, boxes[BoxId::Ripple]);
-    AdjustF0(state, boxes[BoxId::F0]);
-    AdjustBandWidth(state, boxes[BoxId::BandWidth]);
-    AdjustGain(state, boxes[BoxId::Gain]);
-    AdjustGamma(state, boxes[BoxId::Gamma]);
-    AdjustSection(state, boxes[BoxId::Section], {boxes[BoxId::C1Value], boxes[BoxId::C2Value]});
-    AdjustTestValue(state, boxes[BoxId::TestValue]);
+    AdjustNumPoles(state, boxes[BoxId::NumPoles], results.messages);
+    AdjustRipple(state, boxes[BoxId::Ripple], results.messages);
+    AdjustF0(state, boxes[BoxId::F0], results.messages);
+    AdjustBandWidth(state, boxes[BoxId::BandWidth], results.messages);
+    AdjustGain(state, boxes[BoxId::Gain], results.messages);
+    AdjustGamma(state, boxes[BoxId::Gamma], results.messages);
+    AdjustSection(state, boxes[BoxId::Section], {boxes[BoxId::C1Value], boxes[BoxId::C2Value]},
+                  results.messages);
+    AdjustTestValue(state, boxes[BoxId::TestValue], results.messages);
 
-    const double gainBandwidthHz =
-        1e6 * ReadBoxValue(state, boxes[BoxId::GainBandwidth], BoxId::GainBandwidth);
-    const double outputResistanceOhm =
-        ReadBoxValue(state, boxes[BoxId::OutputResistance], BoxId::OutputResistance);
+    const double gainBandwidthHz = 1e6 * ReadBoxValue(state, boxes[BoxId::GainBandwidth],
+                                                      BoxId::GainBandwidth, results.messages);
+    const double outputResistanceOhm = ReadBoxValue(state, boxes[BoxId::OutputResistance],
+                                                    BoxId::OutputResistance, results.messages);
     results.opAmpLabels =
         SetOpAmp(settings, gainBandwidthHz, outputResistanceOhm, state.IdealOpAmp != 0);
     settings.worstCaseRuns =
-        ReadBoxInteger(state, boxes[BoxId::WorstCaseRuns], BoxId::WorstCaseRuns);
+        ReadBoxInteger(state, boxes[BoxId::WorstCaseRuns], BoxId::WorstCaseRuns, results.messages);
     settings.mode = state.Tolerance;
     state.OpAmpGainBandwidth = settings.gainBandwidth;
     state.OpAmpOutputResistance = settings.outputResistance;
@@ -87,7 +88,7 @@ void GatherInputs(DesignState& state, const ParameterBoxes& boxes, ComponentSett
     state.CapacitorTolerancePercent = settings.capacitorClass.percent;
     state.ResistorTolerancePercent = settings.resistorClass.percent;
 
-    ReadPhaseThreshold(state, boxes[BoxId::PhaseThreshold]);
+    ReadPhaseThreshold(state, boxes[BoxId::PhaseThreshold], results.messages);
     results.gammaLabel =
         GammaLabelText(state.Gamma, state.ResponseIndex == Response::AdjustableGauss);
 }
@@ -95,6 +96,7 @@ void GatherInputs(DesignState& state, const ParameterBoxes& boxes, ComponentSett
 void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,
                DesignResults& results, ToleranceRandom& random, const CalculationOptions& options) {
     results.reportNotes.clear();
+    results.messages.clear();
     GatherInputs(state, boxes, settings, results);
 
     results.prototype = BuildPrototype(state.ResponseIndex, state.NumPoles, state.Ripple,
@@ -110,7 +112,8 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
     inputs.gain = state.SectionGain;
     inputs.sectionC1 = state.SectionC1;
     inputs.sectionC2 = state.SectionC2;
-    CalculateComponents(inputs, state.Sections, settings, results.parts, results.hints);
+    CalculateComponents(inputs, state.Sections, settings, results.parts, results.hints,
+                        results.messages);
     results.capacitorNotes = LoweredCapacitorNotes(state, results.parts);
 
     results.points = PlotPoints;

@@ -35,6 +35,9 @@ struct DesignResults {
     // of 10.0 nF lowered to 2.70 nF ..."); the window shows this as the C1 box's colour.
     std::vector<std::string> capacitorNotes;
     std::vector<std::string> report;  // the circuit values report
+    // What went wrong in the calculation (a band-pass section that cannot be split, a box
+    // limit the program got wrong), for the front end to show.
+    Messages messages;
     int points = PlotPoints;
     int runs = 0;  // simulation runs made
     std::array<double, PlotPoints> frequencies{};

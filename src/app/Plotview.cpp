@@ -12,14 +12,15 @@ constexpr double ScaleRange = 100.0;
 
 }  // namespace
 
-double ReadGroupDelayScale(EditBox& box, double automatic, bool autoScale) {
+double ReadGroupDelayScale(EditBox& box, double automatic, bool autoScale, Messages& messages) {
     if (autoScale || !(automatic > 0.0) || !std::isfinite(automatic)) {
         box.SetRepaired(false);
         box.SetText(FormatGeneral(automatic, 4));
         return automatic;
     }
     return EditBoxToDouble(box, FormatGeneral(automatic / ScaleRange, 6),
-                           FormatGeneral(automatic, 6), FormatGeneral(automatic * ScaleRange, 6));
+                           FormatGeneral(automatic, 6), FormatGeneral(automatic * ScaleRange, 6),
+                           messages);
 }
 
 PlotView PlotViewFor(const DesignState& state, const ControlStates& controls,

@@ -6,6 +6,7 @@
 #include "app/Controlstates.h"
 #include "app/DesignState.h"
 #include "numerics/EditBox.h"
+#include "numerics/Message.h"
 #include "response/Plot.h"
 
 namespace nerivane {
@@ -13,7 +14,7 @@ namespace nerivane {
 // The group-delay scale: the automatic one, or with "Auto Scale" off the one typed into the
 // scale box, which may lie within a factor of 100 either side of the automatic one. An
 // automatic scale that is no positive number leaves the box showing it and is used as it is.
-double ReadGroupDelayScale(EditBox& box, double automatic, bool autoScale);
+double ReadGroupDelayScale(EditBox& box, double automatic, bool autoScale, Messages& messages);
 
 PlotView PlotViewFor(const DesignState& state, const ControlStates& controls,
                      const DesignResults& results, int width, int height);

@@ -15,10 +15,10 @@ namespace {
 
 // A real-valued box: read against its row's limits, stepped within them, written back with
 // the row's decimals. Returns the value.
-double AdjustReal(const DesignState& state, EditBox& box, BoxId id, Step step) {
+double AdjustReal(const DesignState& state, EditBox& box, BoxId id, Messages& messages, Step step) {
     const BoxRule& rule = RuleOf(id);
     const BoxLimits limits = rule.limits(state);
-    double value = EditBoxToDouble(box, limits.minimum, limits.repair, limits.maximum);
+    double value = EditBoxToDouble(box, limits.minimum, limits.repair, limits.maximum, messages);
     if (step.direction != StepDirection::None) {
         const double size = step.coarse ? rule.coarseStep : rule.fineStep;
         value += step.direction == StepDirection::Up ? size : -size;
@@ -30,9 +30,10 @@ double AdjustReal(const DesignState& state, EditBox& box, BoxId id, Step step) {
     return value;
 }
 
-std::int32_t AdjustInteger(const DesignState& state, EditBox& box, BoxId id, Step step) {
+std::int32_t AdjustInteger(const DesignState& state, EditBox& box, BoxId id, Messages& messages,
+                           Step step) {
     const BoxLimits limits = RuleOf(id).limits(state);
-    std::int32_t value = EditBoxToInt(box, limits.minimum, limits.repair, limits.maximum);
+    std::int32_t value = EditBoxToInt(box, limits.minimum, limits.repair, limits.maximum, messages);
     if (step.direction != StepDirection::None) {
         value += step.direction == StepDirection::Up ? 1 : -1;
         value = ClampInt(std::stoi(limits.minimum), value, std::stoi(limits.maximum));
@@ -43,8 +44,8 @@ std::int32_t AdjustInteger(const DesignState& state, EditBox& box, BoxId id, Ste
 
 }  // namespace
 
-void AdjustNumPoles(DesignState& state, EditBox& box, Step step) {
-    const std::int32_t poles = AdjustInteger(state, box, BoxId::NumPoles, step);
+void AdjustNumPoles(DesignState& state, EditBox& box, Messages& messages, Step step) {
+    const std::int32_t poles = AdjustInteger(state, box, BoxId::NumPoles, messages, step);
     state.NumPoles = poles;
     state.NumSections = SectionsForPoles(state.TopologyIndex, poles);
 }
@@ -61,17 +62,17 @@ double RippleMaximum(Response responseIndex, std::int32_t numPoles) {
     }
 }
 
-void AdjustRipple(DesignState& state, EditBox& box, Step step) {
-    const double ripple = AdjustReal(state, box, BoxId::Ripple, step);
+void AdjustRipple(DesignState& state, EditBox& box, Messages& messages, Step step) {
+    const double ripple = AdjustReal(state, box, BoxId::Ripple, messages, step);
     state.Ripple = ClampDouble(0.001, ripple, 2.0);
 }
 
-void AdjustF0(DesignState& state, EditBox& box, Step step) {
-    state.F0 = 1000.0 * AdjustReal(state, box, BoxId::F0, step);
+void AdjustF0(DesignState& state, EditBox& box, Messages& messages, Step step) {
+    state.F0 = 1000.0 * AdjustReal(state, box, BoxId::F0, messages, step);
 }
 
-void AdjustBandWidth(DesignState& state, EditBox& box, Step step) {
-    state.BandWidth = 1000.0 * AdjustReal(state, box, BoxId::BandWidth, step);
+void AdjustBandWidth(DesignState& state, EditBox& box, Messages& messages, Step step) {
+    state.BandWidth = 1000.0 * AdjustReal(state, box, BoxId::BandWidth, messages, step);
 }
 
 double PlotTopForGain(std::int32_t numSections, double gainDb) {
@@ -79,14 +80,14 @@ double PlotTopForGain(std::int32_t numSections, double gainDb) {
     return 10.0 * (total / 10) + 10.0;
 }
 
-void AdjustGain(DesignState& state, EditBox& box, Step step) {
-    const double gainDb = AdjustReal(state, box, BoxId::Gain, step);
+void AdjustGain(DesignState& state, EditBox& box, Messages& messages, Step step) {
+    const double gainDb = AdjustReal(state, box, BoxId::Gain, messages, step);
     state.PlotTopDb = PlotTopForGain(state.NumSections, gainDb);
     state.SectionGain = CheckedPow(10.0, 0.05 * gainDb);
 }
 
-void AdjustGamma(DesignState& state, EditBox& box, Step step) {
-    state.Gamma = AdjustReal(state, box, BoxId::Gamma, step);
+void AdjustGamma(DesignState& state, EditBox& box, Messages& messages, Step step) {
+    state.Gamma = AdjustReal(state, box, BoxId::Gamma, messages, step);
 }
 
 std::string GammaLabelText(double gamma, bool gammaEnabled) {
@@ -101,16 +102,17 @@ std::string CapacitorBoxText(double farads) {
     return FormatEngineering(farads, 2, "F");
 }
 
-void AdjustSection(DesignState& state, EditBox& box, CapacitorBoxes capacitors, Step step) {
-    const std::int32_t section = AdjustInteger(state, box, BoxId::Section, step);
+void AdjustSection(DesignState& state, EditBox& box, CapacitorBoxes capacitors, Messages& messages,
+                   Step step) {
+    const std::int32_t section = AdjustInteger(state, box, BoxId::Section, messages, step);
     state.SelectedSection = section;
     if (section < 0 || section >= MaxSections) return;
     capacitors.c1.SetText(CapacitorBoxText(state.SectionC1[section]));
     capacitors.c2.SetText(CapacitorBoxText(state.SectionC2[section]));
 }
 
-void AdjustTestValue(DesignState& state, EditBox& box, Step step) {
-    state.TestValue = AdjustReal(state, box, BoxId::TestValue, step);
+void AdjustTestValue(DesignState& state, EditBox& box, Messages& messages, Step step) {
+    state.TestValue = AdjustReal(state, box, BoxId::TestValue, messages, step);
 }
 
 void StepSectionCapacitor(DesignState& state, EditBox& box, Capacitor which, bool up,
@@ -121,18 +123,18 @@ void StepSectionCapacitor(DesignState& state, EditBox& box, Capacitor which, boo
     box.SetText(CapacitorBoxText(stored));
 }
 
-double ReadBoxValue(const DesignState& state, EditBox& box, BoxId id) {
+double ReadBoxValue(const DesignState& state, EditBox& box, BoxId id, Messages& messages) {
     const BoxLimits limits = RuleOf(id).limits(state);
-    return EditBoxToDouble(box, limits.minimum, limits.repair, limits.maximum);
+    return EditBoxToDouble(box, limits.minimum, limits.repair, limits.maximum, messages);
 }
 
-std::int32_t ReadBoxInteger(const DesignState& state, EditBox& box, BoxId id) {
+std::int32_t ReadBoxInteger(const DesignState& state, EditBox& box, BoxId id, Messages& messages) {
     const BoxLimits limits = RuleOf(id).limits(state);
-    return EditBoxToInt(box, limits.minimum, limits.repair, limits.maximum);
+    return EditBoxToInt(box, limits.minimum, limits.repair, limits.maximum, messages);
 }
 
-void ReadPhaseThreshold(DesignState& state, EditBox& box) {
-    const double threshold = ReadBoxValue(state, box, BoxId::PhaseThreshold);
+void ReadPhaseThreshold(DesignState& state, EditBox& box, Messages& messages) {
+    const double threshold = ReadBoxValue(state, box, BoxId::PhaseThreshold, messages);
     state.PhaseThreshold = threshold < 0.0 ? threshold : -threshold;
 }
 

@@ -1,10 +1,11 @@
 #include "circuit/Valuecalculations.h"
 
+#include <optional>
+
 #include <cmath>
 
 #include "numerics/CheckedMath.h"
 #include "numerics/Formatfunctions.h"
-#include "numerics/MessageSink.h"
 
 namespace nerivane {
 namespace {
@@ -222,32 +223,23 @@ struct Resonator {
 
 // Splits prototype section p into its band-pass resonator for section i: a real pole gives one
 // resonator, a pole pair two (the even section the upper one, the odd the lower). Returns
-// false, after the message, when the pair has no real split.
-bool BandPassResonator(const SectionContext& x, Resonator& r) {
+// The message when the pair has no real split.
+std::optional<Message> BandPassResonator(const SectionContext& x, Resonator& r) {
     const double A = x.den.A, B = x.den.B, C = x.den.C, K = x.K;
     const double Q = x.inputs.f0 / x.inputs.bandwidth;
     if (A == 0.0) {
         r = {K * C / Q, C / Q, 1.0};
-        return true;
+        return std::nullopt;
     }
     const double T = 4.0 * Q * Q + C;
     const double E = T * T - (2.0 * B * Q) * (2.0 * B * Q);
-    if (!(E >= 0.0)) {
-        Messages().ShowMessage("E_a calc fails", "Error");
-        return false;
-    }
+    if (!(E >= 0.0)) return Message{"E_a calc fails", "Error"};
     const double F = CheckedSqrt(E) + T;
-    if (!(F >= 0.0)) {
-        Messages().ShowMessage("E_b calc fails", "Error");
-        return false;
-    }
+    if (!(F >= 0.0)) return Message{"E_b calc fails", "Error"};
     const double Qs = CheckedSqrt(F * 0.5) / B;
     const double D = B * Qs / Q;
     const double G = D * D - 4.0;
-    if (!(G >= 0.0)) {
-        Messages().ShowMessage("D_b calc fails", "Error");
-        return false;
-    }
+    if (!(G >= 0.0)) return Message{"D_b calc fails", "Error"};
     const double M = (CheckedSqrt(G) + D) * 0.5;
     r.H = CheckedSqrt(C) * K / Q;
     if (x.index % 2 == 0) {
@@ -257,7 +249,7 @@ bool BandPassResonator(const SectionContext& x, Resonator& r) {
         r.b1 = 1.0 / M / Qs;
         r.b0 = 1.0 / (M * M);
     }
-    return true;
+    return std::nullopt;
 }
 
 void BandPassValues(const SectionContext& x, const Resonator& r, WorkingComponents& p) {
@@ -301,7 +293,7 @@ double StepCapacitor(const ComponentSettings& settings, double value, bool up) {
 
 void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& prototype,
                          const ComponentSettings& settings, SectionComponents& parts,
-                         SectionPanelHints& hints) {
+                         SectionPanelHints& hints, Messages& messages) {
     const double w = TwoPi * inputs.f0;
     // A real prototype pole makes one band-pass section and a pole pair two; once the real
     // pole has been passed the pairs start one section later.
@@ -333,7 +325,10 @@ void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& pro
                 x.den = PrototypeSection(prototype, p);
                 if (x.den.A == 0.0) bandPassOffset = 1;
                 Resonator r{};
-                if (!BandPassResonator(x, r)) continue;  // the section keeps its old values
+                if (std::optional<Message> failed = BandPassResonator(x, r)) {
+                    messages.push_back(std::move(*failed));
+                    continue;  // the section keeps its old values
+                }
                 const double slope = r.H * r.b1 - r.b0;
                 Prepare(x, working, slope == 0.0 ? -1.0 : r.b0 / slope);
                 BandPassValues(x, r, working);

@@ -8,6 +8,7 @@
 
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
+#include "numerics/Message.h"
 #include "numerics/Polymain.h"
 
 namespace nerivane {
@@ -38,10 +39,10 @@ struct SectionPanelHints {
 // tolerance up or down, snap again.
 double StepCapacitor(const ComponentSettings& settings, double value, bool up);
 
-// Fills parts for sections 0 .. numSections-1 in order. Failures of the band-pass mapping
-// raise their message and leave that section's previous values in parts.
+// Fills parts for sections 0 .. numSections-1 in order. A failure of the band-pass mapping
+// adds its message and leaves that section's previous values in parts.
 void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& prototype,
                          const ComponentSettings& settings, SectionComponents& parts,
-                         SectionPanelHints& hints);
+                         SectionPanelHints& hints, Messages& messages);
 
 }  // namespace nerivane

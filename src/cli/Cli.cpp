@@ -19,19 +19,18 @@
 #include "cli/Rasterplugin.h"
 #include "files/Filesaveread.h"
 #include "numerics/Matherrmain.h"
-#include "numerics/MessageSink.h"
 
 namespace nerivane::cli {
 namespace {
 
-// Everything a run has to say besides its outputs: message boxes, math errors, notes and
-// warnings, each a line on standard error and kept for the JSON's messages.
-class Diagnostics : public MessageSink, public MathErrorLog {
+// Everything a run has to say besides its outputs: the calculation's messages, math errors,
+// notes and warnings, each a line on standard error and kept for the JSON's messages.
+class Diagnostics : public MathErrorLog {
   public:
     explicit Diagnostics(std::ostream& err) : err_(err) {}
-    void ShowMessage(const std::string& text, const std::string& caption) override {
-        err_ << caption << ": " << text << "\n";
-        texts.push_back(text);
+    void Show(const Message& message) {
+        err_ << message.caption << ": " << message.text << "\n";
+        texts.push_back(message.text);
     }
     void AppendLine(const std::string& line) override { Say("math error: " + line); }
     void Say(const std::string& line) {
@@ -177,7 +176,6 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     }
 
     Diagnostics diagnostics(err);
-    ScopedInstall<MessageSink, InstallMessageSink> messageScope(&diagnostics);
     ScopedInstall<MathErrorLog, InstallMathErrorLog> mathErrorScope(&diagnostics);
 
     const ControlStates controls = UpdateControlStates(state);
@@ -202,6 +200,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     ToleranceRandom random(seed);
     Calculate(state, boxes->Parameters(), settings, *results, random, calculation);
 
+    for (const Message& message : results->messages) diagnostics.Show(message);
     const bool worstCase = state.Tolerance == ToleranceMode::WorstCase;
     CliOutcome outcome{
         state, *results, settings, worstCase ? envelope.get() : nullptr, capacitorRepairs, {}};

@@ -4,7 +4,7 @@
 
 #include <QWidget>
 
-#include "numerics/MessageSink.h"
+#include "gui/MessageSink.h"
 
 namespace nerivane {
 

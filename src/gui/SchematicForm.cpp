@@ -12,9 +12,9 @@
 #include <stdexcept>
 
 #include "app/Picturefiles.h"
+#include "gui/MessageSink.h"
 #include "gui/NamedWidget.h"
 #include "gui/WindowPlacement.h"
-#include "numerics/MessageSink.h"
 #include "render/QtRaster.h"
 #include "render/SchematicImage.h"
 
@@ -84,7 +84,7 @@ bool TSchematicForm::SaveCascadeTo(const std::string& path) {
         SaveSchematic(shownCascade_, path, MakeQtRaster);
         return true;
     } catch (const std::exception& e) {
-        Messages().ShowMessage(e.what(), "Error");
+        WindowMessages().ShowMessage(e.what(), "Error");
         return false;
     }
 }

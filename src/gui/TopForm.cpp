@@ -4,7 +4,7 @@
 
 #include "files/Filesaveread.h"
 #include "files/Regularfiles.h"
-#include "numerics/MessageSink.h"
+#include "gui/MessageSink.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -107,7 +107,7 @@ void TTopForm::FormShow() {
         if (!IsMissing(startupDesign_))
             OpenDesignFile(startupDesign_);
         else
-            Messages().ShowMessage(MissingFileMessage + startupDesign_, "Nerivane");
+            WindowMessages().ShowMessage(MissingFileMessage + startupDesign_, "Nerivane");
     }
     controls_ = UpdateControlStates(state_);
     ApplyControlStates();

@@ -9,9 +9,9 @@
 #include "files/Atomicwrite.h"
 #include "files/Filesaveread.h"
 #include "gui/HelpForm.h"
+#include "gui/MessageSink.h"
 #include "gui/SchematicForm.h"
 #include "gui/TopForm.h"
-#include "numerics/MessageSink.h"
 
 namespace nerivane {
 
@@ -48,7 +48,7 @@ bool TTopForm::SavePartsListTo(const std::string& path) {
     const std::string text = PartsListCsv(DesignPartsList(state_, *results_, settings_));
     std::string reason;
     if (WriteFileAtomically(path, text, &reason)) return true;
-    Messages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
+    WindowMessages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
     return false;
 }
 

@@ -6,6 +6,7 @@
 
 #include "app/Plotview.h"
 #include "gui/CompSelectForm.h"
+#include "gui/MessageSink.h"
 #include "gui/OptionsForm.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
@@ -72,6 +73,7 @@ void TTopForm::Calculate(bool singlePass) {
     // The same draws every time, so an unchanged design redraws the same picture.
     ToleranceRandom random;
     nerivane::Calculate(state_, Parameters(), settings_, *results_, random, options);
+    ShowMessages(results_->messages);
     calculated_ = true;
     if (!painted) PaintRun(0, results_->traces);
     w.bitMap->SetImage(std::move(image_));
@@ -85,8 +87,10 @@ PlotView TTopForm::CurrentPlotView() {
     const TopFormWidgets& w = *widgets_;
     PlotView view = PlotViewFor(state_, controls_, *results_, std::max(1, w.bitMap->width()),
                                 std::max(1, w.bitMap->height()));
-    view.groupDelayScale =
-        ReadGroupDelayScale(boxes_->scale, results_->traces.groupDelayScale, state_.AutoScale != 0);
+    Messages scaleMessages;
+    view.groupDelayScale = ReadGroupDelayScale(boxes_->scale, results_->traces.groupDelayScale,
+                                               state_.AutoScale != 0, scaleMessages);
+    ShowMessages(scaleMessages);
     state_.GroupDelayScale = view.groupDelayScale;
     return view;
 }

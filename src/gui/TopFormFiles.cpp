@@ -15,10 +15,10 @@
 #include "files/Filesaveread.h"
 #include "files/Regularfiles.h"
 #include "gui/CompSelectForm.h"
+#include "gui/MessageSink.h"
 #include "gui/OptionsForm.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
-#include "numerics/MessageSink.h"
 #include "render/ImageEncoding.h"
 #include "response/Valuesreport.h"
 
@@ -41,12 +41,12 @@ void TTopForm::ReadSettingsFile() {
     const FileContents file = ReadRegularFile(path, MaxSettingsFileBytes);
     if (file.status == ReadStatus::Missing) return;  // a first start: the defaults stand
     if (file.status != ReadStatus::Read) {
-        Messages().ShowMessage(UnreadableSettingsMessage(path, file.reason), "Error");
+        WindowMessages().ShowMessage(UnreadableSettingsMessage(path, file.reason), "Error");
         return;
     }
     for (const std::string& message :
          ApplySettingsText(file.bytes, programSettings_, IsRegularFile))
-        Messages().ShowMessage(message, "Error");
+        WindowMessages().ShowMessage(message, "Error");
     TopFormWidgets& w = *widgets_;
     w.samplingFreqBox->setText(QString::fromStdString(programSettings_.samplingFrequencyText));
     dialogs_.options->ThresholdBox().SetText(programSettings_.thresholdText);
@@ -88,7 +88,7 @@ std::string TTopForm::DesignName() const {
 bool TTopForm::SaveDesignTo(const std::string& path) {
     std::string reason;
     if (!WriteDesignFile(path, state_, &reason)) {
-        Messages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
+        WindowMessages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
         designFile_.clear();
         return false;
     }
@@ -107,7 +107,7 @@ void TTopForm::SaveAs() {
 
 bool TTopForm::OpenDesignFile(std::string path) {
     if (!path.empty() && IsMissing(path)) {
-        Messages().ShowMessage(MissingFileMessage + path, "Nerivane");
+        WindowMessages().ShowMessage(MissingFileMessage + path, "Nerivane");
         RemoveRecentFile(programSettings_.recentFiles, path);
         ShowRecentFiles();
         path.clear();
@@ -125,15 +125,15 @@ bool TTopForm::OpenDesignFile(std::string path) {
         case OpenOutcome::Opened: break;
         case OpenOutcome::WrongExtension: return false;  // not a design: nothing happens
         case OpenOutcome::Unreadable:
-            Messages().ShowMessage(UnreadableFileMessage(path, result.reason), "Nerivane");
+            WindowMessages().ShowMessage(UnreadableFileMessage(path, result.reason), "Nerivane");
             return false;
         case OpenOutcome::Missing:
         case OpenOutcome::Incompatible:
-            Messages().ShowMessage(IncompatibleFileMessage, "Nerivane");
+            WindowMessages().ShowMessage(IncompatibleFileMessage, "Nerivane");
             return false;
     }
     if (!result.repairs.empty())
-        Messages().ShowMessage(RepairedFileMessage(path, result.repairs), "Nerivane");
+        WindowMessages().ShowMessage(RepairedFileMessage(path, result.repairs), "Nerivane");
     state_ = opened;
     RememberDesignFile(path);
     LoadControlsFromRecord();
@@ -157,7 +157,7 @@ bool TTopForm::SaveCircuitValuesTo(const std::string& path) {
     if (!text.empty() && text.back() != '\n') text += "\n";
     std::string reason;
     if (WriteFileAtomically(path, text, &reason)) return true;
-    Messages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
+    WindowMessages().ShowMessage(SaveFailedText(path, reason), SaveFailedCaption);
     return false;
 }
 
@@ -166,7 +166,8 @@ bool TTopForm::SavePlotBitmapTo(const std::string& path) {
         WritePictureFile(path, EncodeImage(widgets_->bitMap->Image(), ImageFormat::Bmp));
         return true;
     } catch (const std::exception& e) {
-        Messages().ShowMessage(std::string(SaveFailedMessage) + "\n" + e.what(), SaveFailedCaption);
+        WindowMessages().ShowMessage(std::string(SaveFailedMessage) + "\n" + e.what(),
+                                     SaveFailedCaption);
         return false;
     }
 }

@@ -268,45 +268,56 @@ void TTopForm::FileMenuClick(QObject* sender) {
     }
 }
 
+// A spinner click reads its box before stepping it; the calculation that follows reads every
+// box again and says whatever there is to say, so the click's own messages are not shown.
 void TTopForm::NumPolesUpDownClick(Step step) {
-    AdjustNumPoles(state_, boxes_->numPoles, step);
+    Messages readAgainBelow;
+    AdjustNumPoles(state_, boxes_->numPoles, readAgainBelow, step);
     CalcButtonClick();
 }
 
 void TTopForm::RippleUpDownClick(Step step) {
-    AdjustRipple(state_, boxes_->ripple, step);
+    Messages readAgainBelow;
+    AdjustRipple(state_, boxes_->ripple, readAgainBelow, step);
     CalcButtonClick();
 }
 
 void TTopForm::F0UpDownClick(Step step) {
-    AdjustF0(state_, boxes_->f0, step);
+    Messages readAgainBelow;
+    AdjustF0(state_, boxes_->f0, readAgainBelow, step);
     CalcButtonClick();
 }
 
 void TTopForm::BandWidthUpDownClick(Step step) {
-    AdjustBandWidth(state_, boxes_->bandWidth, step);
+    Messages readAgainBelow;
+    AdjustBandWidth(state_, boxes_->bandWidth, readAgainBelow, step);
     CalcButtonClick();
 }
 
 void TTopForm::GainUpDownClick(Step step) {
-    AdjustGain(state_, boxes_->gain, step);
+    Messages readAgainBelow;
+    AdjustGain(state_, boxes_->gain, readAgainBelow, step);
     CalcButtonClick();
 }
 
 void TTopForm::GammaUpDownClick(Step step) {
-    AdjustGamma(state_, boxes_->gamma, step);
+    Messages readAgainBelow;
+    AdjustGamma(state_, boxes_->gamma, readAgainBelow, step);
     CalcButtonClick();
 }
 
 void TTopForm::TestUpDownClick(Step step) {
-    AdjustTestValue(state_, boxes_->testValue, step);
+    Messages readAgainBelow;
+    AdjustTestValue(state_, boxes_->testValue, readAgainBelow, step);
     CalcButtonClick();
 }
 
 // Stepping through the sections or their capacitors is done while watching the nominal
 // curve, so it takes one simulation run even in a worst-case analysis.
 void TTopForm::SectionUpDownClick(Step step) {
-    AdjustSection(state_, boxes_->section, {boxes_->c1Value, boxes_->c2Value}, step);
+    Messages readAgainBelow;
+    AdjustSection(state_, boxes_->section, {boxes_->c1Value, boxes_->c2Value}, readAgainBelow,
+                  step);
     c1Rejected_ = false;
     c2Rejected_ = false;
     Calculate(true);

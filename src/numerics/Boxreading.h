@@ -6,12 +6,15 @@
 #include <string>
 
 #include "numerics/EditBox.h"
+#include "numerics/Message.h"
 
 namespace nerivane {
 
+// A limit text that cannot be read is a programming error: reading goes on, and messages
+// says so.
 double EditBoxToDouble(EditBox& box, const std::string& minText, const std::string& defaultText,
-                       const std::string& maxText);
+                       const std::string& maxText, Messages& messages);
 std::int32_t EditBoxToInt(EditBox& box, const std::string& minText, const std::string& defaultText,
-                          const std::string& maxText);
+                          const std::string& maxText, Messages& messages);
 
 }  // namespace nerivane

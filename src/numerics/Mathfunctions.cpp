@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "numerics/CheckedMath.h"
-#include "numerics/MessageSink.h"
 
 namespace nerivane {
 
@@ -65,12 +64,13 @@ bool nearestIntOverflowReported = false;
 
 }  // namespace
 
-std::int32_t NearestInt(double x) {
+std::int32_t NearestInt(double x, Messages* messages) {
     if (std::fabs(x) <= Int32Limit)
         return static_cast<std::int32_t>(x >= 0.0 ? std::floor(x + 0.5) : std::ceil(x - 0.5));
-    if (!nearestIntOverflowReported) {
+    if (messages != nullptr && !nearestIntOverflowReported) {
         nearestIntOverflowReported = true;
-        ShowMessage("ERROR: Value out of range in NearestInt() UtilityFunctions");
+        messages->push_back(
+            {"ERROR: Value out of range in NearestInt() UtilityFunctions", ProgramCaption});
     }
     // Symmetric limits: the most negative int has no positive counterpart.
     return x >= 0.0 ? 2147483647 : -2147483647;

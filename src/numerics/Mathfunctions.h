@@ -5,6 +5,8 @@
 
 #include <cstdint>
 
+#include "numerics/Message.h"
+
 namespace nerivane {
 
 struct Complex {
@@ -39,9 +41,9 @@ double Factorial(int n);
 double ClampDouble(double lo, double x, double hi);
 int ClampInt(int lo, int x, int hi);
 
-// Rounds half away from zero; a value beyond 32 bits is held at the largest magnitude and
-// reported once per process.
-std::int32_t NearestInt(double x);
+// Rounds half away from zero; a value beyond 32 bits is held at the largest magnitude, and the
+// first time in the process that happens, messages (when given) says so.
+std::int32_t NearestInt(double x, Messages* messages = nullptr);
 // Forgets that NearestInt has already reported an overflow; for tests only.
 void ResetNearestIntOverflowReport();
 

@@ -9,7 +9,6 @@
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Sectionresponses.h"
 #include "numerics/Mathfunctions.h"
-#include "numerics/MessageSink.h"
 
 namespace nerivane {
 
@@ -98,9 +97,9 @@ void Butterflies(std::span<double> re, std::span<double> im, const Twiddles& w) 
 
 }  // namespace
 
-bool Fft(std::span<double> interleaved, int n, int type) {
+bool Fft(std::span<double> interleaved, int n, int type, Messages& messages) {
     if (!ValidFftRequest(interleaved, n, type)) {
-        Messages().ShowMessage("Invalid FFT type or size.", "FFT Error");
+        messages.push_back({"Invalid FFT type or size.", "FFT Error"});
         return false;
     }
     // Everything is allocated before the caller's data are written, so an allocation failure
@@ -189,7 +188,7 @@ double PulseBaseline(Topology topology, int numSections) {
 
 }  // namespace
 
-void CalcPulseResponse(const PulseInputs& inputs, Traces& traces) {
+void CalcPulseResponse(const PulseInputs& inputs, Traces& traces, Messages& messages) {
     const double fs = SamplingSpanPerF0 * inputs.f0;
     const double pulseWidth = PulseWidthTimesF0 / inputs.f0;
     const std::vector<double> f = PulseGrid(fs);
@@ -198,7 +197,7 @@ void CalcPulseResponse(const PulseInputs& inputs, Traces& traces) {
         x[i] = x[i] * PulseSpectrum(2.0 * Pi * f[i], pulseWidth);
     }
     std::vector<double> signal = ConjugateSymmetricSpectrum(x);
-    Fft(signal, PulseFftSize, FftInverse);
+    Fft(signal, PulseFftSize, FftInverse, messages);
     // The unscaled inverse sums the spectrum; times the grid step it approximates the inverse
     // Fourier integral.
     const double gridStep = fs / PulseGridSteps;

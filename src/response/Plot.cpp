@@ -89,15 +89,21 @@ int RightColumns(const PlotView& view) {
 
 // Unclamped pixel row of a value on a trace kind's scale; the grid and labels use the same
 // mapping as the traces so that they agree to the pixel.
+// A position in pixels. Far beyond any canvas, a value is held there, so that a line towards
+// it keeps its direction and no coordinate overflows.
+int PixelOf(double position) {
+    constexpr double Far = 1e9;
+    return NearestInt(std::clamp(position, -Far, Far));
+}
+
 int TraceY(const PlotGeometry& geometry, const PlotView& view, double v, int kind) {
     const double height = geometry.height;
     switch (kind) {
-        case Mag1dB: return geometry.top - NearestInt((v - 0.1 * view.topDb) * height * 0.1);
-        case Mag10dB: return geometry.top - NearestInt((v - view.topDb) * height * 0.01);
-        case PhaseTrace: return geometry.top - NearestInt((v - 180.0) * height / 360.0);
-        case GroupDelayTrace:
-            return geometry.Bottom() - NearestInt(v * height / view.groupDelayScale);
-        default: return geometry.Bottom() - NearestInt(v * height);
+        case Mag1dB: return geometry.top - PixelOf((v - 0.1 * view.topDb) * height * 0.1);
+        case Mag10dB: return geometry.top - PixelOf((v - view.topDb) * height * 0.01);
+        case PhaseTrace: return geometry.top - PixelOf((v - 180.0) * height / 360.0);
+        case GroupDelayTrace: return geometry.Bottom() - PixelOf(v * height / view.groupDelayScale);
+        default: return geometry.Bottom() - PixelOf(v * height);
     }
 }
 
@@ -183,7 +189,7 @@ std::vector<Label> RoundStepLabels(Canvas& canvas, const PlotGeometry& geometry,
             if (x > right + 0.5) break;
             // Half a pixel of slack: the linear sweep starts at 1 Hz, and its 0 Hz label
             // belongs on the frame's edge.
-            if (x >= geometry.left - 0.5) labels.push_back({NearestInt(x), Engineering(v, unit)});
+            if (x >= geometry.left - 0.5) labels.push_back({PixelOf(x), Engineering(v, unit)});
         }
         if (!Overlaps(canvas, labels)) return labels;
     }
@@ -228,7 +234,7 @@ class FrequencyAxis {
                                                                     : Decades;
         std::vector<GridLine> lines;
         ForEachMultiple(set, [&](int tenths, double f) {
-            lines.push_back({NearestInt(X(f)), tenths == 10});
+            lines.push_back({PixelOf(X(f)), tenths == 10});
         });
         return lines;
     }
@@ -240,7 +246,7 @@ class FrequencyAxis {
         for (const Multiples& set : LabelSets) {
             labels.clear();
             ForEachMultiple(set, [&](int, double f) {
-                labels.push_back({NearestInt(X(f)), Engineering(f, "Hz")});
+                labels.push_back({PixelOf(X(f)), Engineering(f, "Hz")});
             });
             if (!Overlaps(canvas, labels)) return labels;
         }
@@ -263,7 +269,7 @@ class FrequencyAxis {
             if (x > geometry_.left + geometry_.width + 0.5) break;
             if (!Inside(x)) continue;
             const double inSteps = f / step;
-            lines.push_back({NearestInt(x), std::fabs(inSteps - std::round(inSteps)) < 1e-6});
+            lines.push_back({PixelOf(x), std::fabs(inSteps - std::round(inSteps)) < 1e-6});
         }
         return labels;
     }
@@ -551,7 +557,7 @@ void DrawFrame(Canvas& canvas, const PlotView& view, const PlotGeometry& geometr
     } else {
         for (int k = 1; k < Divisions; ++k)
             horizontal.push_back(geometry.top +
-                                 NearestInt(static_cast<double>(k) * geometry.height / Divisions));
+                                 PixelOf(static_cast<double>(k) * geometry.height / Divisions));
     }
 
     DrawGridLines(canvas, geometry, vertical, horizontal);
@@ -598,7 +604,7 @@ void DrawTrace(Canvas& canvas, const PlotGeometry& geometry, const PlotView& vie
     const int highestY = kind == Mag1dB ? topY - Mag1dBRise : topY;
     const auto xAt = [&](std::size_t i) {
         return geometry.left +
-               NearestInt(static_cast<double>(i) * geometry.width / static_cast<double>(n));
+               PixelOf(static_cast<double>(i) * geometry.width / static_cast<double>(n));
     };
 
     PenStyle pen = PenStyle::Solid;

@@ -23,7 +23,7 @@ constexpr StepDirection Down = StepDirection::Down;
 
 struct AdjustCase {
     const char* what;
-    void (*adjust)(DesignState&, EditBox&, Step);
+    void (*adjust)(DesignState&, EditBox&, Messages&, Step);
     Topology topology;
     int family, poles;
     const char* before;
@@ -63,9 +63,11 @@ TEST(Adjusters, ClicksStepWithinTheLimits) {
         state.NumPoles = c.poles;
         state.NumSections = SectionsForPoles(c.topology, c.poles);
         TextBox box(c.before);
-        c.adjust(state, box, {c.direction, c.coarse});
+        Messages messages;
+        c.adjust(state, box, messages, {c.direction, c.coarse});
         EXPECT_EQ(box.Text(), c.after) << c.what;
         EXPECT_FALSE(box.Repaired()) << c.what;
+        EXPECT_TRUE(messages.empty()) << c.what;  // the box table's limits all read
     }
     EXPECT_EQ(RippleMaximum(Response::Chebyshev, 16), 0.5);
     EXPECT_EQ(RippleMaximum(Response::Papoulis, 20), 2.0);
@@ -89,12 +91,13 @@ TEST(AdjustSection, ShowsTheCapacitorsOfTheSelectedSection) {
     state.SectionC1[2] = 4.7e-9;
     state.SectionC2[2] = 22e-9;
     TextBox section("1"), c1, c2;
-    AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
+    Messages messages;
+    AdjustSection(state, section, {c1, c2}, messages, {StepDirection::Up, false});
     EXPECT_EQ(state.SelectedSection, 2);
     EXPECT_EQ(c1.Text(), "4.70 nF");
     EXPECT_EQ(c2.Text(), "22.0 nF");
-    AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
-    AdjustSection(state, section, {c1, c2}, {StepDirection::Up, false});
+    AdjustSection(state, section, {c1, c2}, messages, {StepDirection::Up, false});
+    AdjustSection(state, section, {c1, c2}, messages, {StepDirection::Up, false});
     EXPECT_EQ(section.Text(), "3");  // the last section
 }
 

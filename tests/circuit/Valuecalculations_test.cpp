@@ -13,7 +13,6 @@
 
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Standardvalues.h"
-#include "numerics/MessageSink.h"
 
 namespace nerivane {
 namespace {
@@ -57,7 +56,8 @@ Built Build(const Design& d) {
     std::vector<double> c1(MaxSections, d.c1), c2(MaxSections, d.c2);
     const ComponentInputs inputs{d.topology, b.sections, d.selected, F0,
                                  2000.0,     d.gain,     c1.data(),  c2.data()};
-    CalculateComponents(inputs, prototype, b.settings, b.parts, b.hints);
+    Messages messages;
+    CalculateComponents(inputs, prototype, b.settings, b.parts, b.hints, messages);
     return b;
 }
 
@@ -77,8 +77,7 @@ TEST(SectionPanel, PushesAnOversizedC1BelowItsLimitAndSuggestsC2) {
 }
 
 TEST(CalculateComponents, ImpossibleBandPassSplitReportsAndKeepsThePreviousValues) {
-    RecordingMessageSink sink;
-    InstallMessageSink(&sink);
+    Messages messages;
     ProtoSections prototype;
     ResetSections(prototype);
     prototype.DenS2[0] = 1.0;
@@ -90,11 +89,10 @@ TEST(CalculateComponents, ImpossibleBandPassSplitReportsAndKeepsThePreviousValue
     const ComponentInputs inputs{
         Topology::VcvsBandPass, 2, 0, 1000.0, 1000.0, 1.0, c.data(), c.data()};
     SectionPanelHints hints;
-    CalculateComponents(inputs, prototype, ComponentSettings{}, parts, hints);
-    InstallMessageSink(nullptr);
-    ASSERT_EQ(sink.messages.size(), 2u);
-    EXPECT_EQ(sink.messages[0].text, "E_a calc fails");
-    EXPECT_EQ(sink.messages[0].caption, "Error");
+    CalculateComponents(inputs, prototype, ComponentSettings{}, parts, hints, messages);
+    ASSERT_EQ(messages.size(), 2u);
+    EXPECT_EQ(messages[0].text, "E_a calc fails");
+    EXPECT_EQ(messages[0].caption, "Error");
     EXPECT_EQ(parts.R1[0], 123.0);
 }
 

@@ -16,8 +16,8 @@
 #include <string>
 
 #include "gui/LineEditBox.h"
+#include "gui/MessageSink.h"
 #include "gui/ProgramWindows.h"
-#include "numerics/MessageSink.h"
 #include "support/OffscreenApplication.h"
 
 namespace nerivane {

@@ -15,7 +15,6 @@
 
 #include "numerics/Boxreading.h"
 #include "numerics/Mathfunctions.h"
-#include "numerics/MessageSink.h"
 #include "numerics/Numberlocale.h"
 #include "numerics/Numberreading.h"
 #include "numerics/Sivalue.h"
@@ -26,15 +25,10 @@ namespace {
 constexpr double Inf = std::numeric_limits<double>::infinity();
 constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 
-// The messages recorded by the test main's sink, emptied before each test that looks at them.
-std::vector<RecordingMessageSink::Message>& RecordedMessages() {
-    return static_cast<RecordingMessageSink&>(Messages()).messages;
-}
-
 class Formatting : public ::testing::Test {
   protected:
-    void SetUp() override { RecordedMessages().clear(); }
     void TearDown() override { SetNumberFormat({'.', ','}); }
+    Messages messages;  // what the readers had to say
 };
 
 using Written = std::pair<std::string, const char*>;  // what a call wrote, what it must write
@@ -231,28 +225,29 @@ TEST_F(Formatting, BoxesRepairWhatTheyCannotTake) {
     for (const BoxRow& row : doubles) {
         TextBox box(row.text);
         box.SetRepaired(true);
-        EXPECT_EQ(EditBoxToDouble(box, "1", "10", "100"), row.value) << row.text;
+        EXPECT_EQ(EditBoxToDouble(box, "1", "10", "100", messages), row.value) << row.text;
         EXPECT_EQ(box.Text(), row.finalText ? row.finalText : row.text);
         EXPECT_EQ(box.Repaired(), row.finalText != nullptr) << row.text;
     }
     for (const BoxRow& row : ints) {
         TextBox box(row.text);
-        EXPECT_EQ(EditBoxToInt(box, "-2147483648", "7", "$7FFFFFFF"), row.value) << row.text;
+        EXPECT_EQ(EditBoxToInt(box, "-2147483648", "7", "$7FFFFFFF", messages), row.value)
+            << row.text;
         EXPECT_EQ(box.Text(), row.finalText ? row.finalText : row.text);
         EXPECT_EQ(box.Repaired(), row.finalText != nullptr) << row.text;
     }
     TextBox low("0"), high("21");
-    EXPECT_EQ(EditBoxToInt(low, "2", "4", "20"), 2);
-    EXPECT_EQ(EditBoxToInt(high, "2", "4", "20"), 20);
+    EXPECT_EQ(EditBoxToInt(low, "2", "4", "20", messages), 2);
+    EXPECT_EQ(EditBoxToInt(high, "2", "4", "20", messages), 20);
     EXPECT_EQ(high.Text(), "20");
-    EXPECT_TRUE(RecordedMessages().empty());
+    EXPECT_TRUE(messages.empty());
 
     // A point typed under a decimal comma is kept; two points are not a number.
     SetNumberFormat({',', '.'});
     TextBox point("1.5"), twoPoints("1.5.3");
-    EXPECT_EQ(EditBoxToDouble(point, "0", "2", "10"), 1.5);
+    EXPECT_EQ(EditBoxToDouble(point, "0", "2", "10", messages), 1.5);
     EXPECT_FALSE(point.Repaired());
-    EXPECT_EQ(EditBoxToDouble(twoPoints, "0", "2,5", "10"), 2.5);
+    EXPECT_EQ(EditBoxToDouble(twoPoints, "0", "2,5", "10", messages), 2.5);
     EXPECT_EQ(twoPoints.Text(), "2,5");
 }
 
@@ -262,12 +257,11 @@ TEST_F(Formatting, NearestIntRoundsHalfAwayAndReportsOnlyTheFirstOverflow) {
         {3e9, 2147483647}, {-3e9, -2147483647}, {-2147483648.0, -2147483647}};
     // clang-format on
     ResetNearestIntOverflowReport();
-    EXPECT_EQ(NearestInt(2147483647.0), 2147483647);
-    EXPECT_TRUE(RecordedMessages().empty());
-    for (const auto& [x, expected] : rows) EXPECT_EQ(NearestInt(x), expected) << x;
-    ASSERT_EQ(RecordedMessages().size(), 1u);
-    EXPECT_EQ(RecordedMessages()[0].text,
-              "ERROR: Value out of range in NearestInt() UtilityFunctions");
+    EXPECT_EQ(NearestInt(2147483647.0, &messages), 2147483647);
+    EXPECT_TRUE(messages.empty());
+    for (const auto& [x, expected] : rows) EXPECT_EQ(NearestInt(x, &messages), expected) << x;
+    ASSERT_EQ(messages.size(), 1u);
+    EXPECT_EQ(messages[0].text, "ERROR: Value out of range in NearestInt() UtilityFunctions");
 }
 
 TEST(ParseSiValue, ReadsPrefixesAndUnits) {

@@ -23,7 +23,8 @@ inline SectionComponents ChebyshevDesign(Topology topology, int poles, double ga
     settings.capacitorClass = *ToleranceClassOf(5);
     SectionComponents parts{};
     SectionPanelHints hints;
-    CalculateComponents(inputs, prototype, settings, parts, hints);
+    Messages messages;
+    CalculateComponents(inputs, prototype, settings, parts, hints, messages);
     return parts;
 }
 

@@ -1,4 +1,4 @@
-#include "numerics/MessageSink.h"
+#include "gui/MessageSink.h"
 
 #include "numerics/InstalledSink.h"
 
@@ -12,7 +12,7 @@ InstalledSink<MessageSink, RecordingMessageSink>& Slot() {
 
 }  // namespace
 
-MessageSink& Messages() {
+MessageSink& WindowMessages() {
     return Slot().Get();
 }
 
@@ -20,8 +20,9 @@ void InstallMessageSink(MessageSink* sink) {
     Slot().Install(sink);
 }
 
-void ShowMessage(const std::string& text) {
-    Messages().ShowMessage(text, "Nerivane");
+void ShowMessages(const Messages& messages) {
+    for (const Message& message : messages)
+        WindowMessages().ShowMessage(message.text, message.caption);
 }
 
 }  // namespace nerivane

@@ -1,10 +1,12 @@
-// Where the core's modal messages go: the window shows a message box, the command line prints
-// to standard error and keeps the texts for its JSON, tests record them. One sink is installed
-// for the process; the program has one thread, so no locking.
+// Where the windows' modal messages go: the main window installs message boxes over itself,
+// the window tests a record of what would have been shown. One sink for the process; the
+// program has one thread, so no locking.
 #pragma once
 
 #include <string>
 #include <vector>
+
+#include "numerics/Message.h"
 
 namespace nerivane {
 
@@ -28,11 +30,10 @@ class RecordingMessageSink : public MessageSink {
 };
 
 // The installed sink. Installing nullptr restores the default recording sink.
-MessageSink& Messages();
+MessageSink& WindowMessages();
 void InstallMessageSink(MessageSink* sink);
 
-// Shows a plain message whose caption is the program's name, as the platform's bare
-// message call does.
-void ShowMessage(const std::string& text);
+// What a calculation returned, one box each, in order.
+void ShowMessages(const Messages& messages);
 
 }  // namespace nerivane

@@ -208,10 +208,10 @@ void TTopForm::FormKeyDown(const QKeyEvent& event) {
         }
     } else if (key == Qt::Key_F5) {
         state_.ResponseIndex = NextFamily(state_.ResponseIndex);
-        FilterMenuClick(nullptr);
+        FilterMenuClick();
     } else if (key == Qt::Key_F7) {
         state_.SweepIndex = NextSweep(state_.SweepIndex);
-        FilterMenuClick(nullptr);
+        FilterMenuClick();
     }
 }
 

@@ -71,11 +71,10 @@ class TTopForm final : public QMainWindow {
     void FormKeyDown(const QKeyEvent& event);
     // A press in the section box, C1 or C2 chooses what the keys step; other boxes, nothing.
     void MouseDownBoxSelect(QObject* sender);
-    // File, Parts, Plot Options and Help items and the Tolerances button.
-    void FileMenuClick(QObject* sender);
-    // Circuit, response and sweep items, the check boxes and the tolerance buttons: store the
-    // selection, apply the control states, recalculate.
-    void FilterMenuClick(QObject* sender);
+    // After a circuit, response or sweep item has stored its choice, and for the check boxes
+    // and the tolerance buttons: read the boxes and buttons, apply the control states,
+    // recalculate.
+    void FilterMenuClick();
     void CalcButtonClick();
 
     void NumPolesUpDownClick(Step step);
@@ -115,6 +114,19 @@ class TTopForm final : public QMainWindow {
   private:
     void BuildMenus();
     void ConnectHandlers();
+    // The File, Parts, Plot Options and Help items and the Tolerances button, one slot each.
+    void ConnectMenuActions();
+    void FileOpenMenuClick();
+    void FileSaveMenuClick();
+    void PrevFileMenuClick(int index);
+    void SaveCircuitValuesMenuClick();
+    void SavePartsListMenuClick();
+    void SavePlotBitmapMenuClick();
+    void PrintScreenMenuClick();
+    void CircuitInfoMenuClick();
+    void ReadOutMenuClick(ReadOutMode mode);
+    void PhaseMenuClick(PhaseMode mode);
+    void MagnitudeMenuClick(MagnitudeMode mode);
     void ApplyControlStates();
     // The boxes of the box table: this window's and its dialogs'.
     ParameterBoxes Parameters();

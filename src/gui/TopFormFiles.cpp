@@ -137,7 +137,7 @@ bool TTopForm::OpenDesignFile(std::string path) {
     state_ = opened;
     RememberDesignFile(path);
     LoadControlsFromRecord();
-    FilterMenuClick(nullptr);
+    FilterMenuClick();
     return true;
 }
 
@@ -193,7 +193,7 @@ void TTopForm::SetReferenceButtonClick() {
         const QSignalBlocker quiet(w.plotReferenceBox);
         w.plotReferenceBox->setChecked(true);
     }
-    FilterMenuClick(nullptr);
+    FilterMenuClick();
 }
 
 void TTopForm::ExchangeRefButtonClick() {
@@ -202,7 +202,7 @@ void TTopForm::ExchangeRefButtonClick() {
     state_ = ExchangeReference(reference_, state_, *results_, name);
     widgets_->referenceLabel->setText(QString::fromStdString(reference_.name));
     LoadControlsFromRecord();
-    FilterMenuClick(nullptr);
+    FilterMenuClick();
 }
 
 }  // namespace nerivane

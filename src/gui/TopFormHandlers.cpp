@@ -1,20 +1,11 @@
-// What the main window's menus, buttons, check boxes, spinners and typed capacitors do: each
-// handler stores the choice in the design record through the core and recalculates or
-// redraws.
-#include <QFileDialog>
+// What the main window's selections, buttons, check boxes, spinners and typed capacitors do:
+// each handler stores the choice in the design record through the core and recalculates or
+// redraws. The menus' other actions are in TopFormActions.cpp.
 #include <QGuiApplication>
-#include <QPrintDialog>
-#include <QPrinter>
 #include <algorithm>
 
 #include "app/CapacitorEntry.h"
-#include "files/Regularfiles.h"
-#include "gui/AboutForm.h"
 #include "gui/CompSelectForm.h"
-#include "gui/DCBiasForm.h"
-#include "gui/HelpForm.h"
-#include "gui/OptionsForm.h"
-#include "gui/SchematicForm.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
 
@@ -27,73 +18,39 @@ Step SpinnerStep(bool up) {
     return {up ? StepDirection::Up : StepDirection::Down, coarse};
 }
 
-template <std::size_t N>
-int IndexOf(const std::array<QAction*, N>& items, const QObject* sender) {
-    for (std::size_t i = 0; i < N; ++i) {
-        if (items[i] != nullptr && items[i] == sender) return static_cast<int>(i);
-    }
-    return -1;
-}
-
-// A name typed without the extension gets it, as the dialogs' default extension does.
-std::string WithSuffix(const QString& path, const char* suffix) {
-    const QString ending = QStringLiteral(".") + QLatin1String(suffix);
-    return (path.endsWith(ending) ? path : path + ending).toStdString();
-}
-
-void ShowWindow(QWidget* window) {
-    if (window == nullptr) return;
-    window->show();
-    window->raise();
-    window->activateWindow();
-}
-
 }  // namespace
 
 void TTopForm::ConnectHandlers() {
     TopFormWidgets& w = *widgets_;
-    const auto filter = [this](QObject* sender) {
-        return [this, sender] { FilterMenuClick(sender); };
-    };
-    for (QAction* item : w.circuitItems) connect(item, &QAction::triggered, this, filter(item));
-    for (QAction* item : w.responseItems) connect(item, &QAction::triggered, this, filter(item));
-    for (QAction* item : w.sweepItems) {
-        if (item != nullptr) connect(item, &QAction::triggered, this, filter(item));
+    // A circuit, family or sweep item stores its choice; every selection then goes through the
+    // one handler that reads the check boxes and buttons and recalculates.
+    for (const Topology topology : Topologies)
+        connect(w.circuitItems[Index(topology)], &QAction::triggered, this, [this, topology] {
+            state_.TopologyIndex = topology;
+            FilterMenuClick();
+        });
+    for (std::size_t i = 0; i < w.responseItems.size(); ++i)
+        connect(w.responseItems[i], &QAction::triggered, this, [this, i] {
+            state_.ResponseIndex = static_cast<Response>(i);
+            FilterMenuClick();
+        });
+    for (std::size_t i = 0; i < w.sweepItems.size(); ++i) {
+        if (w.sweepItems[i] == nullptr) continue;
+        connect(w.sweepItems[i], &QAction::triggered, this, [this, i] {
+            state_.SweepIndex = static_cast<Sweep>(i);
+            FilterMenuClick();
+        });
     }
     for (QAbstractButton* button : std::initializer_list<QAbstractButton*>{
              w.plotGDBox, w.plotPhaseBox, w.plotMagBox, w.plotPulseBox, w.plotMag1dBBox,
              w.plotReferenceBox, w.idealOpAmpCheckBox, w.testBox, w.exactButton, w.stdButton,
              w.worstButton})
-        connect(button, &QAbstractButton::clicked, this, filter(button));
+        connect(button, &QAbstractButton::clicked, this, &TTopForm::FilterMenuClick);
 
     connect(w.calcButton, &QPushButton::clicked, this, &TTopForm::CalcButtonClick);
     connect(w.autoScaleCheckBox, &QCheckBox::clicked, this, &TTopForm::CalcButtonClick);
 
-    const auto file = [this](QObject* sender) { return [this, sender] { FileMenuClick(sender); }; };
-    for (QAction* item : {w.fileOpenMenu,
-                          w.fileSaveMenu,
-                          w.fileSaveAsMenu,
-                          w.saveCircuitValuesMenu,
-                          w.savePartsListMenu,
-                          w.schematicMenu,
-                          w.savePlotBitmapMenu,
-                          w.printScreenMenu,
-                          w.exitMenu,
-                          w.componentsMenu,
-                          w.dcBiasToolMenu,
-                          w.graphPositionReadOutMenu,
-                          w.valueAtFrquencyReadOutMenu,
-                          w.dBMagMenu,
-                          w.linearMagMenu,
-                          w.phaseMenu,
-                          w.hilbertPhaseMenu,
-                          w.thresholdMenu,
-                          w.circuitInfoMenu,
-                          w.programInfoMenu,
-                          w.aboutMenu})
-        connect(item, &QAction::triggered, this, file(item));
-    for (QAction* item : w.prevFileMenus) connect(item, &QAction::triggered, this, file(item));
-    connect(w.toleranceButton, &QPushButton::clicked, this, file(w.toleranceButton));
+    ConnectMenuActions();
     connect(w.setReferenceButton, &QPushButton::clicked, this, &TTopForm::SetReferenceButtonClick);
     connect(w.exchangeRefButton, &QPushButton::clicked, this, &TTopForm::ExchangeRefButtonClick);
 
@@ -176,14 +133,8 @@ void TTopForm::ApplyControlStates() {
     w.valueAtFrquencyReadOutMenu->setChecked(!atPosition);
 }
 
-void TTopForm::FilterMenuClick(QObject* sender) {
+void TTopForm::FilterMenuClick() {
     const TopFormWidgets& w = *widgets_;
-    if (const int topology = IndexOf(w.circuitItems, sender); topology >= 0)
-        state_.TopologyIndex = static_cast<Topology>(topology);
-    if (const int response = IndexOf(w.responseItems, sender); response >= 0)
-        state_.ResponseIndex = static_cast<Response>(response);
-    if (const int sweep = IndexOf(w.sweepItems, sender); sweep >= 0)
-        state_.SweepIndex = static_cast<Sweep>(sweep);
     state_.PlotMag = w.plotMagBox->isChecked();
     state_.PlotMag1dB = w.plotMag1dBBox->isChecked();
     state_.PlotPhase = w.plotPhaseBox->isChecked();
@@ -197,75 +148,6 @@ void TTopForm::FilterMenuClick(QObject* sender) {
     controls_ = UpdateControlStates(state_);
     ApplyControlStates();
     CalcButtonClick();
-}
-
-void TTopForm::FileMenuClick(QObject* sender) {
-    const TopFormWidgets& w = *widgets_;
-    if (sender == w.componentsMenu || sender == w.toleranceButton) {
-        ShowWindow(dialogs_.compSelect);
-    } else if (sender == w.thresholdMenu) {
-        ShowWindow(dialogs_.options);
-    } else if (sender == w.aboutMenu) {
-        ShowWindow(dialogs_.about);
-    } else if (sender == w.dcBiasToolMenu) {
-        ShowWindow(dialogs_.dcBias);
-    } else if (sender == w.schematicMenu) {
-        ShowWindow(dialogs_.schematic);
-    } else if (sender == w.circuitInfoMenu) {
-        if (dialogs_.help != nullptr)
-            dialogs_.help->ShowCircuitInfo(state_.TopologyIndex,
-                                           CircuitPictureOf(state_.TopologyIndex));
-    } else if (sender == w.programInfoMenu) {
-        if (dialogs_.help != nullptr) dialogs_.help->ShowProgramInfo();
-    } else if (sender == w.exitMenu) {
-        close();
-    } else if (sender == w.fileSaveMenu) {
-        if (!IsMissing(designFile_))
-            SaveDesignTo(designFile_);
-        else
-            SaveAs();
-    } else if (sender == w.fileSaveAsMenu) {
-        SaveAs();
-    } else if (sender == w.fileOpenMenu) {
-        OpenDesignFile("");
-    } else if (const int recent = IndexOf(w.prevFileMenus, sender); recent >= 0) {
-        OpenDesignFile(programSettings_.recentFiles[recent]);
-    } else if (sender == w.saveCircuitValuesMenu) {
-        const QString path = QFileDialog::getSaveFileName(
-            this, QStringLiteral("Save Coefficients to File:"),
-            QString::fromStdString(directories_.currentDir), QStringLiteral("Text Files (*.txt)"));
-        if (!path.isEmpty()) SaveCircuitValuesTo(WithSuffix(path, "txt"));
-    } else if (sender == w.savePartsListMenu) {
-        const QString path = QFileDialog::getSaveFileName(
-            this, QStringLiteral("Save Parts List to File:"),
-            QString::fromStdString(directories_.currentDir), QStringLiteral("CSV Files (*.csv)"));
-        if (!path.isEmpty()) SavePartsListTo(WithSuffix(path, "csv"));
-    } else if (sender == w.savePlotBitmapMenu) {
-        const QString path = QFileDialog::getSaveFileName(
-            this, QStringLiteral("Save Bitmap to File:"),
-            QString::fromStdString(directories_.currentDir), QStringLiteral("Bitmap File (*.bmp)"));
-        if (!path.isEmpty()) SavePlotBitmapTo(WithSuffix(path, "bmp"));
-    } else if (sender == w.printScreenMenu) {
-        QPrinter printer;
-        QPrintDialog dialog(&printer, this);
-        if (dialog.exec() == QDialog::Accepted) PrintWindow(printer);
-    } else if (sender == w.graphPositionReadOutMenu || sender == w.valueAtFrquencyReadOutMenu) {
-        state_.ReadOut = sender == w.graphPositionReadOutMenu ? ReadOutMode::GraphPosition
-                                                              : ReadOutMode::ValueAtFrequency;
-        ApplyControlStates();
-        ShowReadout();
-    } else if (sender == w.phaseMenu || sender == w.hilbertPhaseMenu) {
-        SelectPhaseMode(state_, sender == w.phaseMenu ? PhaseMode::Plain : PhaseMode::Hilbert);
-        controls_ = UpdateControlStates(state_);
-        ApplyControlStates();
-        RedrawPlot();
-    } else if (sender == w.dBMagMenu || sender == w.linearMagMenu) {
-        SelectMagnitudeMode(state_,
-                            sender == w.dBMagMenu ? MagnitudeMode::Db : MagnitudeMode::Linear);
-        controls_ = UpdateControlStates(state_);
-        ApplyControlStates();
-        RedrawPlot();
-    }
 }
 
 // A spinner click reads its box before stepping it; the calculation that follows reads every

@@ -23,6 +23,7 @@
 #include "gui/MathErrForm.h"
 #include "gui/OptionsForm.h"
 #include "gui/QtMessageSink.h"
+#include "gui/RecentDesigns.h"
 #include "gui/SchematicForm.h"
 #include "gui/TopFormWidgets.h"
 
@@ -53,6 +54,7 @@ TTopForm::TTopForm(QWidget* parent)
     BuildControls(*central, *widgets_);
     BuildMenus();
     boxes_ = std::make_unique<TopFormBoxes>(*widgets_);
+    recent_ = std::make_unique<RecentDesigns>(widgets_->prevFileMenus);
     controls_ = UpdateControlStates(state_);
     central->installEventFilter(this);
     ConnectHandlers();

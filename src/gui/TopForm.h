@@ -28,6 +28,7 @@ class QPrinter;
 namespace nerivane {
 
 class QtMessageSink;
+class RecentDesigns;
 class TAboutForm;
 class TCompSelectForm;
 class TDCBiasForm;
@@ -101,9 +102,7 @@ class TTopForm final : public QMainWindow {
     void PrintWindow(QPrinter& printer);
     void SetReferenceButtonClick();
     void ExchangeRefButtonClick();
-    const std::array<std::string, RecentFileCount>& RecentFiles() const {
-        return programSettings_.recentFiles;
-    }
+    const std::array<std::string, RecentFileCount>& RecentFiles() const;
     const std::string& DesignFile() const { return designFile_; }
 
   protected:
@@ -149,7 +148,6 @@ class TTopForm final : public QMainWindow {
     bool IsFirstDelivery(QObject* watched, QEvent* event);
     void ReadSettingsFile();
     void WriteSettingsFile();
-    void ShowRecentFiles();
     void LoadControlsFromRecord();
     void RememberDesignFile(const std::string& path);
     std::string DesignName() const;
@@ -184,7 +182,7 @@ class TTopForm final : public QMainWindow {
     ProgramDirectories directories_;
     std::string startupDesign_;
     std::string designFile_;  // the current design's file, empty until saved or opened
-    ProgramSettings programSettings_;
+    std::unique_ptr<RecentDesigns> recent_;
     ReferenceDesign reference_;
 
     bool c1Rejected_ = false;  // the last typed C1 or C2 was unreadable: silver until fixed

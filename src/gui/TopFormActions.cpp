@@ -10,6 +10,7 @@
 #include "gui/DCBiasForm.h"
 #include "gui/HelpForm.h"
 #include "gui/OptionsForm.h"
+#include "gui/RecentDesigns.h"
 #include "gui/SchematicForm.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
@@ -83,7 +84,7 @@ void TTopForm::FileSaveMenuClick() {
 }
 
 void TTopForm::PrevFileMenuClick(int index) {
-    OpenDesignFile(programSettings_.recentFiles[static_cast<std::size_t>(index)]);
+    OpenDesignFile(recent_->Files()[static_cast<std::size_t>(index)]);
 }
 
 void TTopForm::SaveCircuitValuesMenuClick() {

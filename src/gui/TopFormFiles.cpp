@@ -17,6 +17,7 @@
 #include "gui/CompSelectForm.h"
 #include "gui/MessageSink.h"
 #include "gui/OptionsForm.h"
+#include "gui/RecentDesigns.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
 #include "render/ImageEncoding.h"
@@ -35,49 +36,26 @@ void TTopForm::SetStartup(const ProgramDirectories& directories, const std::stri
 }
 
 void TTopForm::ReadSettingsFile() {
-    programSettings_.versionText = VersionText();
-    if (directories_.userFilesDir.empty()) return;
-    const std::string path = directories_.userFilesDir + "/" + SettingsFileName;
-    const FileContents file = ReadRegularFile(path, MaxSettingsFileBytes);
-    if (file.status == ReadStatus::Missing) return;  // a first start: the defaults stand
-    if (file.status != ReadStatus::Read) {
-        WindowMessages().ShowMessage(UnreadableSettingsMessage(path, file.reason), "Error");
-        return;
-    }
-    for (const std::string& message :
-         ApplySettingsText(file.bytes, programSettings_, IsRegularFile))
-        WindowMessages().ShowMessage(message, "Error");
-    TopFormWidgets& w = *widgets_;
-    w.samplingFreqBox->setText(QString::fromStdString(programSettings_.samplingFrequencyText));
-    dialogs_.options->ThresholdBox().SetText(programSettings_.thresholdText);
-    state_.ReadOut = programSettings_.readOutMode == 0 ? ReadOutMode::GraphPosition
-                                                       : ReadOutMode::ValueAtFrequency;
-    ShowRecentFiles();
+    recent_->SetFolder(directories_.userFilesDir);
+    const ProgramSettings& settings = recent_->Read();
+    widgets_->samplingFreqBox->setText(QString::fromStdString(settings.samplingFrequencyText));
+    dialogs_.options->ThresholdBox().SetText(settings.thresholdText);
+    state_.ReadOut =
+        settings.readOutMode == 0 ? ReadOutMode::GraphPosition : ReadOutMode::ValueAtFrequency;
+}
+
+const std::array<std::string, RecentFileCount>& TTopForm::RecentFiles() const {
+    return recent_->Files();
 }
 
 void TTopForm::WriteSettingsFile() {
-    if (directories_.userFilesDir.empty()) return;
-    programSettings_.versionText = VersionText();
-    programSettings_.samplingFrequencyText = widgets_->samplingFreqBox->text().toStdString();
-    programSettings_.thresholdText = dialogs_.options->ThresholdBox().Text();
-    programSettings_.readOutMode = state_.ReadOut == ReadOutMode::GraphPosition ? 0 : 1;
-    WriteFileAtomically(directories_.userFilesDir + "/" + SettingsFileName,
-                        SettingsText(programSettings_));
-}
-
-void TTopForm::ShowRecentFiles() {
-    TopFormWidgets& w = *widgets_;
-    for (int i = 0; i < RecentFileCount; ++i) {
-        const std::string& path = programSettings_.recentFiles[i];
-        w.prevFileMenus[i]->setText(QString::fromStdString(DesignTitle(path)));
-        w.prevFileMenus[i]->setVisible(!path.empty());
-    }
+    recent_->Write(widgets_->samplingFreqBox->text().toStdString(),
+                   dialogs_.options->ThresholdBox().Text(), state_.ReadOut);
 }
 
 void TTopForm::RememberDesignFile(const std::string& path) {
     designFile_ = path;
-    AddRecentFile(programSettings_.recentFiles, path);
-    ShowRecentFiles();
+    recent_->Remember(path);
     setWindowTitle(QStringLiteral("Nerivane - ") + QString::fromStdString(DesignTitle(path)));
 }
 
@@ -108,8 +86,7 @@ void TTopForm::SaveAs() {
 bool TTopForm::OpenDesignFile(std::string path) {
     if (!path.empty() && IsMissing(path)) {
         WindowMessages().ShowMessage(MissingFileMessage + path, "Nerivane");
-        RemoveRecentFile(programSettings_.recentFiles, path);
-        ShowRecentFiles();
+        recent_->Forget(path);
         path.clear();
     }
     if (path.empty()) {

@@ -22,6 +22,7 @@
 #include "gui/HelpForm.h"
 #include "gui/MathErrForm.h"
 #include "gui/OptionsForm.h"
+#include "gui/PlotPanel.h"
 #include "gui/QtMessageSink.h"
 #include "gui/RecentDesigns.h"
 #include "gui/SchematicForm.h"
@@ -55,6 +56,7 @@ TTopForm::TTopForm(QWidget* parent)
     BuildMenus();
     boxes_ = std::make_unique<TopFormBoxes>(*widgets_);
     recent_ = std::make_unique<RecentDesigns>(widgets_->prevFileMenus);
+    plot_ = std::make_unique<PlotPanel>(*widgets_->bitMap);
     controls_ = UpdateControlStates(state_);
     central->installEventFilter(this);
     ConnectHandlers();

@@ -4,11 +4,9 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QPoint>
 #include <QTimer>
 #include <array>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "app/Calculationdriver.h"
@@ -27,6 +25,7 @@ class QPrinter;
 
 namespace nerivane {
 
+class PlotPanel;
 class QtMessageSink;
 class RecentDesigns;
 class TAboutForm;
@@ -165,9 +164,7 @@ class TTopForm final : public QMainWindow {
     bool calculated_ = false;
     bool shown_ = false;
 
-    PlotView view_;  // of the picture on screen, for the read-out
-    QImage image_;   // painted run by run, then handed to the plot box
-    std::optional<QPoint> pointer_;
+    std::unique_ptr<PlotPanel> plot_;
     // A worst-case picture keeps its runs only until the plot changes size; they come back
     // by running the analysis again once resizing stops.
     QTimer worstCaseRedraw_;

@@ -8,11 +8,10 @@
 #include "gui/CompSelectForm.h"
 #include "gui/MessageSink.h"
 #include "gui/OptionsForm.h"
+#include "gui/PlotPanel.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
 #include "numerics/Formatfunctions.h"
-#include "render/PlotImage.h"
-#include "response/Readout.h"
 
 namespace nerivane {
 namespace {
@@ -76,7 +75,7 @@ void TTopForm::Calculate(bool singlePass) {
     ShowMessages(results_->messages);
     calculated_ = true;
     if (!painted) PaintRun(0, results_->traces);
-    w.bitMap->SetImage(std::move(image_));
+    plot_->Show();
     ShowResults();
     ShowReadout();
     UpdateAuxiliaryWindows();
@@ -96,21 +95,17 @@ PlotView TTopForm::CurrentPlotView() {
 }
 
 void TTopForm::PaintRun(int run, const Traces& traces) {
-    // The first run brings the grid; a worst-case analysis draws its later runs over it.
-    if (run == 0) {
-        view_ = CurrentPlotView();
-        image_ = NewPlotImage(view_, widgets_->bitMap->devicePixelRatioF());
-    }
     // The reference is drawn over the nominal picture only, simulated again over this sweep.
-    const bool withReference = run == 0 && reference_.isSet && state_.PlotReference != 0;
+    const bool withReference = run == 0 && reference_.isSet && state_.PlotReference;
     if (withReference) ReSimulateReference(reference_, state_);
-    PaintPlot(image_, view_, traces, withReference ? reference_.traces.get() : nullptr, run == 0);
+    plot_->PaintRun(run, run == 0 ? CurrentPlotView() : plot_->View(), traces,
+                    withReference ? reference_.traces.get() : nullptr);
 }
 
 void TTopForm::Redraw() {
     if (!calculated_) return;
     PaintRun(0, results_->traces);
-    widgets_->bitMap->SetImage(std::move(image_));
+    plot_->Show();
     ShowReadout();
 }
 
@@ -155,18 +150,7 @@ void TTopForm::ShowCapacitorBoxColours() {
 }
 
 void TTopForm::ShowReadout() {
-    PlotBox& plot = *widgets_->bitMap;
-    if (!pointer_ || !calculated_) {
-        plot.SetReadout(QString(), 0, 0);
-        return;
-    }
-    const PlotGeometry geometry = GeometryFor(view_);
-    const ReadoutMode mode = state_.ReadOut == ReadOutMode::GraphPosition
-                                 ? ReadoutMode::GraphPosition
-                                 : ReadoutMode::ValueAtFrequency;
-    const std::optional<std::string> text =
-        ReadoutText(view_, geometry, results_->traces, pointer_->x(), pointer_->y(), mode);
-    plot.SetReadout(text ? QString::fromStdString(*text) : QString(), geometry.left, geometry.top);
+    plot_->ShowReadout(calculated_ ? &results_->traces : nullptr, state_.ReadOut);
 }
 
 }  // namespace nerivane

@@ -6,6 +6,7 @@
 
 #include "app/CapacitorEntry.h"
 #include "gui/CompSelectForm.h"
+#include "gui/PlotPanel.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
 
@@ -82,11 +83,11 @@ void TTopForm::ConnectHandlers() {
             [this] { CapacitorEntered(Capacitor::C2); });
 
     connect(w.bitMap, &PlotBox::PointerMoved, this, [this](QPoint position) {
-        pointer_ = position;
+        plot_->SetPointer(position);
         ShowReadout();
     });
     connect(w.bitMap, &PlotBox::PointerLeft, this, [this] {
-        pointer_.reset();
+        plot_->SetPointer(std::nullopt);
         ShowReadout();
     });
 }

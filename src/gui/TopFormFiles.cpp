@@ -1,11 +1,10 @@
 // The main window's files: design files (save, save as, open, the recent files and a file
-// named on the command line), the settings file read at start and written at close, the
-// reference design, and the exports (circuit values, plot bitmap, print).
+// named on the command line), the settings file read at start and written at close, and the
+// exports (circuit values, parts list, plot bitmap, print).
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPrinter>
-#include <QSignalBlocker>
 
 #include "app/Initializevars.h"
 #include "app/Picturefiles.h"
@@ -158,28 +157,6 @@ void TTopForm::PrintWindow(QPrinter& printer) {
     painter.setViewport(page.x(), page.y(), size.width(), size.height());
     painter.setWindow(window.rect());
     painter.drawPixmap(0, 0, window);
-}
-
-void TTopForm::SetReferenceButtonClick() {
-    TopFormWidgets& w = *widgets_;
-    SetReference(reference_, state_, *results_, DesignName());
-    w.referenceLabel->setText(QString::fromStdString(reference_.name));
-    w.plotReferenceBox->setEnabled(true);
-    w.exchangeRefButton->setEnabled(true);
-    {
-        const QSignalBlocker quiet(w.plotReferenceBox);
-        w.plotReferenceBox->setChecked(true);
-    }
-    FilterMenuClick();
-}
-
-void TTopForm::ExchangeRefButtonClick() {
-    if (!reference_.isSet) return;
-    const std::string name = DesignName();
-    state_ = ExchangeReference(reference_, state_, *results_, name);
-    widgets_->referenceLabel->setText(QString::fromStdString(reference_.name));
-    LoadControlsFromRecord();
-    FilterMenuClick();
 }
 
 }  // namespace nerivane

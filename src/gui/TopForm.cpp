@@ -17,6 +17,7 @@
 
 #include "app/Initializevars.h"
 #include "gui/AboutForm.h"
+#include "gui/BoxStepping.h"
 #include "gui/CompSelectForm.h"
 #include "gui/DCBiasForm.h"
 #include "gui/HelpForm.h"
@@ -36,8 +37,6 @@ constexpr int DesignHeight = 619;
 constexpr int StartedWidth = 725;
 // A plot drawn for a worst-case analysis gets its runs back this long after resizing stops.
 constexpr int WorstCaseRedrawDelayMs = 150;
-// One notch of a mouse wheel.
-constexpr int WheelNotch = 120;
 
 }  // namespace
 
@@ -57,6 +56,7 @@ TTopForm::TTopForm(QWidget* parent)
     boxes_ = std::make_unique<TopFormBoxes>(*widgets_);
     recent_ = std::make_unique<RecentDesigns>(widgets_->prevFileMenus);
     plot_ = std::make_unique<PlotPanel>(*widgets_->bitMap);
+    stepping_ = std::make_unique<BoxStepping>();
     controls_ = UpdateControlStates(state_);
     central->installEventFilter(this);
     ConnectHandlers();
@@ -156,27 +156,16 @@ void TTopForm::FormResize() {
     if (state_.Tolerance == ToleranceMode::WorstCase && calculated_) worstCaseRedraw_.start();
 }
 
-bool TTopForm::IsFirstDelivery(QObject* watched, QEvent* event) {
-    // A key the focused control ignores travels on to its parents, and the application's
-    // filter sees it at each of them (twice at the central widget, which this window also
-    // filters for its size); only its first stop counts.
-    const auto* previous = qobject_cast<QWidget*>(lastKeyReceiver_);
-    const bool propagated = event == lastKey_ && previous != nullptr &&
-                            (previous == watched || previous->parentWidget() == watched);
-    lastKey_ = event;
-    lastKeyReceiver_ = watched;
-    return !propagated;
-}
-
 bool TTopForm::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
         case QEvent::KeyPress: {
             auto* widget = qobject_cast<QWidget*>(watched);
             if (widget == nullptr || widget->window() != this) break;
-            if (IsFirstDelivery(watched, event)) FormKeyDown(*static_cast<QKeyEvent*>(event));
+            if (stepping_->IsFirstDelivery(watched, event))
+                FormKeyDown(*static_cast<QKeyEvent*>(event));
             break;
         }
-        case QEvent::KeyRelease: lastKey_ = nullptr; break;
+        case QEvent::KeyRelease: stepping_->KeyReleased(); break;
         case QEvent::MouseButtonPress: {
             const auto* edit = qobject_cast<QLineEdit*>(watched);
             if (edit != nullptr && edit->window() == this) MouseDownBoxSelect(watched);
@@ -232,39 +221,11 @@ void TTopForm::MouseDownBoxSelect(QObject* sender) {
 }
 
 bool TTopForm::StepByWheel(QObject* box, int angleDelta, bool coarse) {
-    const TopFormWidgets& w = *widgets_;
-    const auto* edit = qobject_cast<QLineEdit*>(box);
-    if (edit == nullptr || !edit->isEnabled() || edit->window() != this) return false;
-    std::function<void(bool up)> stepOnce;
-    using Click = void (TTopForm::*)(Step);
-    const std::pair<QLineEdit*, Click> adjusters[] = {
-        {w.numPolesBox, &TTopForm::NumPolesUpDownClick},
-        {w.rippleBox, &TTopForm::RippleUpDownClick},
-        {w.gammaBox, &TTopForm::GammaUpDownClick},
-        {w.f0Box, &TTopForm::F0UpDownClick},
-        {w.bandWidthBox, &TTopForm::BandWidthUpDownClick},
-        {w.filterGainBox, &TTopForm::GainUpDownClick},
-        {w.sectionBox, &TTopForm::SectionUpDownClick},
-        {w.upDownBox, &TTopForm::TestUpDownClick},
-    };
-    for (const auto& [adjusted, click] : adjusters) {
-        if (adjusted == edit)
-            stepOnce = [this, click, coarse](bool up) {
-                (this->*click)({up ? StepDirection::Up : StepDirection::Down, coarse});
-            };
-    }
-    if (edit == w.c1ValueBox || edit == w.c2ValueBox) {
-        const Capacitor which = edit == w.c1ValueBox ? Capacitor::C1 : Capacitor::C2;
-        stepOnce = [this, which](bool up) { C1C2UpDownClick(which, up); };
-    }
-    if (!stepOnce) return false;
+    const auto* widget = qobject_cast<QWidget*>(box);
+    if (widget == nullptr || widget->window() != this || !stepping_->Steps(box)) return false;
     keyedInput_ = true;
     const auto done = qScopeGuard([this] { keyedInput_ = false; });
-    // Fine-grained wheels send fractions of a notch; a step is a whole notch.
-    wheelRemainder_ += angleDelta;
-    const int notches = wheelRemainder_ / WheelNotch;
-    wheelRemainder_ -= notches * WheelNotch;
-    for (int i = 0; i < std::abs(notches); ++i) stepOnce(notches > 0);
+    stepping_->Wheel(box, angleDelta, coarse);
     return true;
 }
 

@@ -25,6 +25,7 @@ class QPrinter;
 
 namespace nerivane {
 
+class BoxStepping;
 class PlotPanel;
 class QtMessageSink;
 class RecentDesigns;
@@ -144,7 +145,6 @@ class TTopForm final : public QMainWindow {
     void CapacitorEntered(Capacitor which);
     void ShowReadout();
     bool StepByWheel(QObject* box, int angleDelta, bool coarse);
-    bool IsFirstDelivery(QObject* watched, QEvent* event);
     void ReadSettingsFile();
     void WriteSettingsFile();
     void LoadControlsFromRecord();
@@ -165,6 +165,7 @@ class TTopForm final : public QMainWindow {
     bool shown_ = false;
 
     std::unique_ptr<PlotPanel> plot_;
+    std::unique_ptr<BoxStepping> stepping_;  // the wheel and the keys
     // A worst-case picture keeps its runs only until the plot changes size; they come back
     // by running the analysis again once resizing stops.
     QTimer worstCaseRedraw_;
@@ -184,9 +185,6 @@ class TTopForm final : public QMainWindow {
 
     bool c1Rejected_ = false;  // the last typed C1 or C2 was unreadable: silver until fixed
     bool c2Rejected_ = false;
-    int wheelRemainder_ = 0;
-    const QEvent* lastKey_ = nullptr;  // the key press being propagated to parents
-    QObject* lastKeyReceiver_ = nullptr;
 };
 
 }  // namespace nerivane

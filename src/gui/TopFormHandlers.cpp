@@ -3,8 +3,10 @@
 // redraws. The menus' other actions are in TopFormActions.cpp.
 #include <QGuiApplication>
 #include <algorithm>
+#include <tuple>
 
 #include "app/CapacitorEntry.h"
+#include "gui/BoxStepping.h"
 #include "gui/CompSelectForm.h"
 #include "gui/PlotPanel.h"
 #include "gui/TopForm.h"
@@ -55,24 +57,32 @@ void TTopForm::ConnectHandlers() {
     connect(w.setReferenceButton, &QPushButton::clicked, this, &TTopForm::SetReferenceButtonClick);
     connect(w.exchangeRefButton, &QPushButton::clicked, this, &TTopForm::ExchangeRefButtonClick);
 
+    // Each adjusted box's spinner, also clicked by the wheel over the box.
     using Click = void (TTopForm::*)(Step);
-    const std::pair<UpDownButtons*, Click> spinners[] = {
-        {w.numPolesUpDown, &TTopForm::NumPolesUpDownClick},
-        {w.rippleUpDown, &TTopForm::RippleUpDownClick},
-        {w.f0UpDown, &TTopForm::F0UpDownClick},
-        {w.bandWidthUpDown, &TTopForm::BandWidthUpDownClick},
-        {w.gainUpDown, &TTopForm::GainUpDownClick},
-        {w.gammaUpDown, &TTopForm::GammaUpDownClick},
-        {w.sectionUpDown, &TTopForm::SectionUpDownClick},
-        {w.testUpDown, &TTopForm::TestUpDownClick},
+    const std::tuple<UpDownButtons*, QLineEdit*, Click> spinners[] = {
+        {w.numPolesUpDown, w.numPolesBox, &TTopForm::NumPolesUpDownClick},
+        {w.rippleUpDown, w.rippleBox, &TTopForm::RippleUpDownClick},
+        {w.f0UpDown, w.f0Box, &TTopForm::F0UpDownClick},
+        {w.bandWidthUpDown, w.bandWidthBox, &TTopForm::BandWidthUpDownClick},
+        {w.gainUpDown, w.filterGainBox, &TTopForm::GainUpDownClick},
+        {w.gammaUpDown, w.gammaBox, &TTopForm::GammaUpDownClick},
+        {w.sectionUpDown, w.sectionBox, &TTopForm::SectionUpDownClick},
+        {w.testUpDown, w.upDownBox, &TTopForm::TestUpDownClick},
     };
-    for (const auto& [spinner, click] : spinners)
+    for (const auto& [spinner, box, click] : spinners) {
         connect(spinner, &UpDownButtons::Clicked, this,
                 [this, click](bool up) { (this->*click)(SpinnerStep(up)); });
-    connect(w.c1UpDown, &UpDownButtons::Clicked, this,
-            [this](bool up) { C1C2UpDownClick(Capacitor::C1, up); });
-    connect(w.c2UpDown, &UpDownButtons::Clicked, this,
-            [this](bool up) { C1C2UpDownClick(Capacitor::C2, up); });
+        stepping_->Add(box, [this, click](bool up, bool coarse) {
+            (this->*click)({up ? StepDirection::Up : StepDirection::Down, coarse});
+        });
+    }
+    for (const auto& [spinner, box, which] :
+         {std::tuple{w.c1UpDown, w.c1ValueBox, Capacitor::C1},
+          std::tuple{w.c2UpDown, w.c2ValueBox, Capacitor::C2}}) {
+        connect(spinner, &UpDownButtons::Clicked, this,
+                [this, which](bool up) { C1C2UpDownClick(which, up); });
+        stepping_->Add(box, [this, which](bool up, bool) { C1C2UpDownClick(which, up); });
+    }
 
     for (QLineEdit* box : {w.numPolesBox, w.rippleBox, w.gammaBox, w.f0Box, w.bandWidthBox,
                            w.filterGainBox, w.sectionBox, w.upDownBox, w.scaleBox})

@@ -13,7 +13,6 @@
 #include <QScreen>
 #include <QWheelEvent>
 #include <QWindow>
-#include <functional>
 
 #include "app/Initializevars.h"
 #include "gui/AboutForm.h"

@@ -9,6 +9,7 @@
 
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
+#include "numerics/Enumindex.h"
 #include "numerics/Mathfunctions.h"
 
 namespace nerivane {
@@ -23,9 +24,6 @@ enum class Sweep : std::int32_t {
     OneDecade = 4,
     TwoDecades = 5,
 };
-constexpr int Index(Sweep sweep) {
-    return static_cast<int>(sweep);
-}
 
 inline constexpr int PlotPoints = 1024;
 inline constexpr int MaxResponsePoints = 4096;

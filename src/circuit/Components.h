@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 
+#include "numerics/Enumindex.h"
 #include "numerics/Protofunctions.h"
 
 namespace nerivane {
@@ -24,10 +25,6 @@ inline constexpr int TopologyCount = 7;
 inline constexpr std::array<Topology, TopologyCount> Topologies = {
     Topology::VcvsLowPass,  Topology::MfbLowPass,  Topology::VcvsHighPass, Topology::MfbHighPass,
     Topology::VcvsBandPass, Topology::MfbBandPass, Topology::VcvsNotch};
-// Its number, for tables listed in circuit order.
-constexpr int Index(Topology topology) {
-    return static_cast<int>(topology);
-}
 
 // The capacitors a section can be built with, whoever gives them: the window's boxes, the
 // command line or a design file.

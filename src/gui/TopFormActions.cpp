@@ -24,6 +24,15 @@ std::string WithSuffix(const QString& path, const char* suffix) {
     return (path.endsWith(ending) ? path : path + ending).toStdString();
 }
 
+// The name a save dialog chose, with its ending; empty when it was cancelled.
+std::string AskSaveName(QWidget* parent, const char* title, const std::string& folder,
+                        const char* filter, const char* suffix) {
+    const QString path =
+        QFileDialog::getSaveFileName(parent, QString::fromLatin1(title),
+                                     QString::fromStdString(folder), QString::fromLatin1(filter));
+    return path.isEmpty() ? std::string() : WithSuffix(path, suffix);
+}
+
 void ShowWindow(QWidget* window) {
     if (window == nullptr) return;
     window->show();
@@ -88,24 +97,21 @@ void TTopForm::PrevFileMenuClick(int index) {
 }
 
 void TTopForm::SaveCircuitValuesMenuClick() {
-    const QString path = QFileDialog::getSaveFileName(
-        this, QStringLiteral("Save Coefficients to File:"),
-        QString::fromStdString(directories_.currentDir), QStringLiteral("Text Files (*.txt)"));
-    if (!path.isEmpty()) SaveCircuitValuesTo(WithSuffix(path, "txt"));
+    const std::string path = AskSaveName(
+        this, "Save Coefficients to File:", directories_.currentDir, "Text Files (*.txt)", "txt");
+    if (!path.empty()) SaveCircuitValuesTo(path);
 }
 
 void TTopForm::SavePartsListMenuClick() {
-    const QString path = QFileDialog::getSaveFileName(
-        this, QStringLiteral("Save Parts List to File:"),
-        QString::fromStdString(directories_.currentDir), QStringLiteral("CSV Files (*.csv)"));
-    if (!path.isEmpty()) SavePartsListTo(WithSuffix(path, "csv"));
+    const std::string path = AskSaveName(this, "Save Parts List to File:", directories_.currentDir,
+                                         "CSV Files (*.csv)", "csv");
+    if (!path.empty()) SavePartsListTo(path);
 }
 
 void TTopForm::SavePlotBitmapMenuClick() {
-    const QString path = QFileDialog::getSaveFileName(
-        this, QStringLiteral("Save Bitmap to File:"),
-        QString::fromStdString(directories_.currentDir), QStringLiteral("Bitmap File (*.bmp)"));
-    if (!path.isEmpty()) SavePlotBitmapTo(WithSuffix(path, "bmp"));
+    const std::string path = AskSaveName(this, "Save Bitmap to File:", directories_.currentDir,
+                                         "Bitmap File (*.bmp)", "bmp");
+    if (!path.empty()) SavePlotBitmapTo(path);
 }
 
 void TTopForm::PrintScreenMenuClick() {

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "numerics/Enumindex.h"
 #include "numerics/Mathfunctions.h"
 
 namespace nerivane {
@@ -25,9 +26,6 @@ enum class Response : std::int32_t {
     Gaussian = 4,
     AdjustableGauss = 5,
 };
-constexpr int Index(Response response) {
-    return static_cast<int>(response);
-}
 
 // The poles or roots a family delivers, in the order the builder or the root finder gives
 // them, with the root finder's report note when it stopped early.

@@ -8,6 +8,7 @@
 #include "app/Calculationdriver.h"
 #include "app/Initializevars.h"
 #include "app/Parameterboxes.h"
+#include "env/Allocator.h"
 
 namespace nerivane {
 namespace {
@@ -19,6 +20,7 @@ struct Case {
 };
 
 void Run(benchmark::State& benchState, Case c) {
+    KeepCalculationMemory();  // as the window and the command line do
     DesignState state = DefaultDesignState();
     state.PlotPulse = c.pulse;
     if (c.worstCase) state.Tolerance = ToleranceMode::WorstCase;

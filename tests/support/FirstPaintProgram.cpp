@@ -6,6 +6,7 @@
 #include <QTimer>
 #include <cstdio>
 
+#include "env/Allocator.h"
 #include "gui/Program.h"
 
 namespace {
@@ -36,6 +37,7 @@ class ExitAfterFirstPaint final : public QObject {
 }  // namespace
 
 int main(int argc, char** argv) {
+    nerivane::KeepCalculationMemory();
     QElapsedTimer sinceStart;
     sinceStart.start();
     QApplication application(argc, argv);

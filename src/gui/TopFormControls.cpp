@@ -1,5 +1,6 @@
-// The controls of the main window and their arrangement inside the panels. Where the panels
-// sit in the window is FormResize's business.
+// The controls of the main window's control panel (above the plot) and their arrangement;
+// the section panel is built in TopFormSectionPanel.cpp. Where the panels sit in the window is
+// FormResize's business.
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -9,15 +10,13 @@
 #include "app/Calculationdriver.h"
 #include "app/Updownfunctions.h"
 #include "gui/NamedWidget.h"
+#include "gui/PanelBuilding.h"
 #include "gui/TopFormWidgets.h"
 
 namespace nerivane {
 namespace {
 
-constexpr int NumberBoxWidth = 48;
-constexpr int CapacitorBoxWidth = 72;
 constexpr int ScaleBoxWidth = 80;
-constexpr int BasePanelWidth = 160;
 
 // The trace colours on the captions of the plot boxes, so each box shows its trace's colour.
 const QColor Mag1dBColour(128, 0, 0);
@@ -26,22 +25,6 @@ const QColor PhaseColour(0, 0, 255);
 const QColor GroupDelayColour(0, 96, 0);
 const QColor PulseColour(255, 128, 0);
 const QColor MemoBackground(245, 245, 245);
-
-QLineEdit* NewBox(const char* name, const char* text, int width, QWidget* parent) {
-    QLineEdit* box = NewNamed<QLineEdit>(name, QString::fromLatin1(text), parent);
-    box->setFixedWidth(width);
-    return box;
-}
-
-QLineEdit* NewBox(BoxId id, int width, QWidget* parent) {
-    QLineEdit* box = NewParameterBox(id, parent);
-    box->setFixedWidth(width);
-    return box;
-}
-
-QLabel* NewLabel(const char* name, const QString& text, QWidget* parent) {
-    return NewNamed<QLabel>(name, text, parent);
-}
 
 QCheckBox* NewTraceBox(const char* name, const char* caption, const QColor& colour,
                        const char* hint, QWidget* parent) {
@@ -52,31 +35,6 @@ QCheckBox* NewTraceBox(const char* name, const char* caption, const QColor& colo
     box->setPalette(palette);
     box->setToolTip(QString::fromLatin1(hint));
     return box;
-}
-
-// A labelled box with its spinner as one row of a grid.
-void AddBoxRow(QGridLayout& grid, int row, QLabel* label, QLineEdit* box, UpDownButtons* spinner) {
-    grid.addWidget(label, row, 0);
-    auto* pair = new QHBoxLayout;
-    pair->setSpacing(0);
-    pair->addWidget(box);
-    pair->addWidget(spinner);
-    spinner->setFixedHeight(box->sizeHint().height());
-    grid.addLayout(pair, row, 1);
-}
-
-QGroupBox* NewPanel(const char* name, const QString& title, QWidget* parent) {
-    QGroupBox* panel = new QGroupBox(title, parent);
-    panel->setObjectName(QString::fromLatin1(name));
-    return panel;
-}
-
-QGridLayout* NewGrid(QWidget* panel) {
-    auto* grid = new QGridLayout(panel);
-    grid->setContentsMargins(4, 4, 4, 4);
-    grid->setHorizontalSpacing(4);
-    grid->setVerticalSpacing(3);
-    return grid;
 }
 
 QWidget* BuildPolynomialPanel(QWidget* parent, TopFormWidgets& w) {
@@ -253,43 +211,6 @@ QWidget* BuildControlPanel(QWidget& central, TopFormWidgets& w) {
     column->addLayout(BuildTraceRow(panel, w));
     column->addLayout(BuildScaleAndReferenceRow(panel, w));
     column->addLayout(BuildHiddenInputs(panel, w));
-    return panel;
-}
-
-QWidget* BuildBasePanel(QWidget& central, TopFormWidgets& w) {
-    QGroupBox* panel = NewPanel("BasePanel", QString(), &central);
-    w.sectionBox = NewBox(BoxId::Section, NumberBoxWidth, panel);
-    w.sectionUpDown = new UpDownButtons(QStringLiteral("SectionUpDown"), panel);
-    w.label3 = NewLabel("Label3", QStringLiteral("Adj with F1 F2 or Arrows"), panel);
-    w.c1ValueBox = NewBox(BoxId::C1Value, CapacitorBoxWidth, panel);
-    w.c1ValueBox->setToolTip(QStringLiteral("C1 of the section; type a value such as 22n."));
-    w.c1UpDown = new UpDownButtons(QStringLiteral("C1UpDown"), panel);
-    w.c1ValueLabel = NewLabel("C1ValueLabel", QStringLiteral(" "), panel);
-
-    w.c2Panel = new QWidget(panel);
-    w.c2Panel->setObjectName(QStringLiteral("C2Panel"));
-    w.c2ValueBox = NewBox(BoxId::C2Value, CapacitorBoxWidth, w.c2Panel);
-    w.c2ValueBox->setToolTip(QStringLiteral("C2 of the section; type a value such as 22n."));
-    w.c2UpDown = new UpDownButtons(QStringLiteral("C2UpDown"), w.c2Panel);
-    w.c2Label = NewLabel("C2Label", QString(), w.c2Panel);
-    QGridLayout* c2Grid = NewGrid(w.c2Panel);
-    c2Grid->setContentsMargins(0, 0, 0, 0);
-    AddBoxRow(*c2Grid, 0, NewLabel("C2Caption", CaptionOf(BoxId::C2Value), w.c2Panel), w.c2ValueBox,
-              w.c2UpDown);
-    c2Grid->addWidget(w.c2Label, 1, 1);
-
-    QGridLayout* grid = NewGrid(panel);
-    AddBoxRow(*grid, 0, NewLabel("SectionLabel", CaptionOf(BoxId::Section), panel), w.sectionBox,
-              w.sectionUpDown);
-    grid->addWidget(w.label3, 1, 0, 1, 2);
-    AddBoxRow(*grid, 2, NewLabel("C1Caption", CaptionOf(BoxId::C1Value), panel), w.c1ValueBox,
-              w.c1UpDown);
-    grid->addWidget(w.c1ValueLabel, 3, 1);
-    grid->addWidget(w.c2Panel, 4, 0, 1, 2);
-    grid->setColumnStretch(1, 1);
-    panel->setFixedWidth(BasePanelWidth);
-    // The report below keeps its place when a circuit without C2 hides that row.
-    panel->setFixedHeight(panel->sizeHint().height());
     return panel;
 }
 

@@ -114,6 +114,8 @@ struct TopFormWidgets {
 
 // Builds every control of the central widget (the menus are built by the window).
 void BuildControls(QWidget& central, TopFormWidgets& widgets);
+// The section panel, built into widgets.
+QWidget* BuildBasePanel(QWidget& central, TopFormWidgets& widgets);
 
 // The core's view of the parameter boxes.
 struct TopFormBoxes {

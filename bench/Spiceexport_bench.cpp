@@ -73,8 +73,8 @@ const BenchDesign& Design() {
 void SimulateAll(const BenchDesign& design, std::vector<Complex>& response) {
     std::fill(response.begin(), response.end(), Complex{1.0, 0.0});
     for (int s = 0; s < design.spice.numSections; ++s) {
-        SimulateSection(design.spice.topology, design.parts.Section(s), GainBandwidth,
-                        OutputResistance, design.frequencies, response);
+        SimulateSection(design.spice.topology, design.parts.Section(s),
+                        {GainBandwidth, OutputResistance}, design.frequencies, response);
     }
 }
 

@@ -29,13 +29,15 @@ DesignState ExchangeReference(ReferenceDesign& reference, const DesignState& cur
     return formerReference;
 }
 
-void ReSimulateReference(ReferenceDesign& reference, const DesignState& current) {
+void ReSimulateReference(ReferenceDesign& reference, const DesignState& current,
+                         OpAmpModel opAmpModel) {
     const DesignState& r = reference.record;
     auto frequencies = std::make_unique<std::array<double, TracePoints>>();
     auto response = std::make_unique<std::array<Complex, TracePoints>>();
     ReferenceFrequencyGrid(current.SweepIndex, current.F0, *frequencies);
-    SimulateCascade(r.TopologyIndex, reference.parts, r.NumSections, r.OpAmpGainBandwidth,
-                    r.OpAmpOutputResistance, *frequencies, *response);
+    SimulateCascade(r.TopologyIndex, reference.parts, r.NumSections,
+                    {r.OpAmpGainBandwidth, r.OpAmpOutputResistance, opAmpModel}, *frequencies,
+                    *response);
     ComputeTraces(*response, *frequencies, r.PhaseThreshold, r.TopologyIndex, r.NumSections,
                   *reference.traces);
 }

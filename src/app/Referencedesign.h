@@ -32,6 +32,7 @@ DesignState ExchangeReference(ReferenceDesign& reference, const DesignState& cur
 
 // The reference simulated again over the current sweep (its own parts, topology, op amp and
 // threshold), so its traces line up with the current design's.
-void ReSimulateReference(ReferenceDesign& reference, const DesignState& current);
+void ReSimulateReference(ReferenceDesign& reference, const DesignState& current,
+                         OpAmpModel opAmpModel = OpAmpModel::Magnitude);
 
 }  // namespace nerivane

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 
+#include "circuit/Nodesolutions.h"
 #include "circuit/Sectionresponses.h"
 #include "circuit/Valuecalculations.h"
 #include "numerics/CheckedMath.h"
@@ -29,9 +30,8 @@ struct GainLine {
     SectionPolynomials slope;
 };
 
-GainLine LineThrough(Topology topology, const WorkingComponents& parts, double outputResistance,
-                     double largestGain) {
-    const SectionPolynomialsFunction polynomials = SectionPolynomialsFor(topology);
+GainLine LineThrough(SectionPolynomialsFunction polynomials, const WorkingComponents& parts,
+                     double outputResistance, double largestGain) {
     const double top = std::exp2(std::ceil(std::log2(std::max(largestGain, 1.0))));
     GainLine line{polynomials(parts, 0.0, outputResistance), {}};
     const SectionPolynomials atTop = polynomials(parts, top, outputResistance);
@@ -61,12 +61,12 @@ void PrepareSweep(std::span<const double> frequencies, double gainBandwidth,
 // The per-point loop is the program's hottest: built once for AVX2 with FMA (four points per
 // instruction) and once for the baseline, chosen by the processor at load time.
 __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection(
-    Topology topology, const WorkingComponents& parts, double outputResistance,
+    SectionPolynomialsFunction polynomials, const WorkingComponents& parts, double outputResistance,
     const PreparedSweep& sweep, std::span<Complex> response) {
     double largestGain = 0.0;
     for (std::size_t k = 0; k < sweep.points; ++k)
         largestGain = std::max(largestGain, sweep.gain[k]);
-    const GainLine line = LineThrough(topology, parts, outputResistance, largestGain);
+    const GainLine line = LineThrough(polynomials, parts, outputResistance, largestGain);
     // Plain arithmetic on local copies, no calls and no branches: the loop vectorises.
     const SectionPolynomials at0 = line.at0;
     const SectionPolynomials slope = line.slope;
@@ -82,14 +82,48 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection
     }
 }
 
+// The op amp with phase: with N = N0 + A N1, D = D0 + A D1 and A = A0 / (1 + s / wp), the
+// section is (N0 (1 + s / wp) + A0 N1) / (D0 (1 + s / wp) + A0 D1) on the circuit's own nodes.
+__attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySectionSinglePole(
+    SectionPolynomialsFunction polynomials, const WorkingComponents& parts, double outputResistance,
+    SinglePoleOpAmp opAmp, const PreparedSweep& sweep, std::span<Complex> response) {
+    const GainLine line = LineThrough(polynomials, parts, outputResistance, opAmp.dcGain);
+    const SectionPolynomials at0 = line.at0;
+    const SectionPolynomials slope = line.slope;
+    const double a0 = opAmp.dcGain;
+    const double inversePole = 1.0 / (TwoPi * opAmp.poleHz);
+    const std::size_t n = sweep.points;
+    for (std::size_t k = 0; k < n; ++k) {
+        const double w = sweep.w[k];
+        const Complex lag{1.0, w * inversePole};
+        const Complex numerator = PolynomialAt(at0.n, w) * lag + PolynomialAt(slope.n, w) * a0;
+        const Complex denominator = PolynomialAt(at0.d, w) * lag + PolynomialAt(slope.d, w) * a0;
+        response[k] = response[k] * DivideScaled(numerator, denominator);
+    }
+}
+
+// One section into the response with the chosen op-amp model: the magnitude model takes its
+// gains from the sweep and the program's own section forms, the single pole the circuit's
+// node solution. A notch whose parts were drawn apart is always solved as built.
+void MultiplyModelled(Topology topology, const WorkingComponents& parts, const OpAmpSpec& opAmp,
+                      const PreparedSweep& sweep, std::span<Complex> response) {
+    const bool builtNotch = topology == Topology::VcvsNotch && parts.SecondC1 > 0.0;
+    if (opAmp.model == OpAmpModel::SinglePole) {
+        MultiplySectionSinglePole(NodeSolutionFor(topology), parts, opAmp.outputResistance,
+                                  SinglePoleOf(opAmp.gainBandwidth), sweep, response);
+    } else {
+        MultiplySection(builtNotch ? BuiltNotchPolynomials : SectionPolynomialsFor(topology), parts,
+                        opAmp.outputResistance, sweep, response);
+    }
+}
+
 }  // namespace
 
-void SimulateSection(Topology topology, const WorkingComponents& parts, double gainBandwidth,
-                     double outputResistance, std::span<const double> frequencies,
-                     std::span<Complex> response) {
+void SimulateSection(Topology topology, const WorkingComponents& parts, const OpAmpSpec& opAmp,
+                     std::span<const double> frequencies, std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
-    PrepareSweep(frequencies, gainBandwidth, std::nullopt, *sweep);
-    MultiplySection(topology, parts, outputResistance, *sweep, response);
+    PrepareSweep(frequencies, opAmp.gainBandwidth, std::nullopt, *sweep);
+    MultiplyModelled(topology, parts, opAmp, *sweep, response);
 }
 
 void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, double gain,
@@ -97,17 +131,21 @@ void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, do
                            std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(frequencies, 0.0, gain, *sweep);
-    MultiplySection(topology, parts, outputResistance, *sweep, response);
+    MultiplySection(SectionPolynomialsFor(topology), parts, outputResistance, *sweep, response);
 }
 
 void SimulateCascade(Topology topology, const SectionComponents& parts, int numSections,
-                     double gainBandwidth, double outputResistance,
-                     std::span<const double> frequencies, std::span<Complex> response) {
+                     const OpAmpSpec& opAmp, std::span<const double> frequencies,
+                     std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
-    PrepareSweep(frequencies, gainBandwidth, std::nullopt, *sweep);
+    PrepareSweep(frequencies, opAmp.gainBandwidth, std::nullopt, *sweep);
     for (std::size_t k = 0; k < sweep->points; ++k) response[k] = {1.0, 0.0};
     for (int s = 0; s < numSections && s < MaxSections; ++s)
-        MultiplySection(topology, parts.Section(s), outputResistance, *sweep, response);
+        MultiplyModelled(topology, parts.Section(s), opAmp, *sweep, response);
+}
+
+OpAmpSpec OpAmpOf(const ComponentSettings& settings) {
+    return {settings.gainBandwidth, settings.outputResistance, settings.build.opAmpModel};
 }
 
 int ToleranceRandom::Next() {
@@ -117,7 +155,8 @@ int ToleranceRandom::Next() {
 }
 
 WorkingComponents Perturb(const WorkingComponents& parts, double resistorTolerance,
-                          double capacitorTolerance, ToleranceRandom& random) {
+                          double capacitorTolerance, ToleranceRandom& random,
+                          bool secondC1OfItsOwn) {
     const auto move = [&](double value, double tolerance) {
         const int n = random.Next();
         return value * (1.0 + (100 - n) * 0.01 * tolerance);
@@ -129,6 +168,8 @@ WorkingComponents Perturb(const WorkingComponents& parts, double resistorToleran
     moved.R4 = move(parts.R4, resistorTolerance);
     moved.C1 = move(parts.C1, capacitorTolerance);
     moved.C2 = move(parts.C2, capacitorTolerance);
+    // Drawn last, so the draws of the other parts stay those of the plain runs.
+    if (secondC1OfItsOwn) moved.SecondC1 = move(parts.C1, capacitorTolerance);
     return moved;
 }
 
@@ -141,15 +182,18 @@ void Simulate(const SimulationInputs& inputs, std::span<Complex> response, Toler
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(inputs.frequencies, settings.gainBandwidth, std::nullopt, *sweep);
     const std::size_t points = sweep->points;
+    const OpAmpSpec opAmp = OpAmpOf(settings);
+    const bool notchDrawnApart =
+        inputs.topology == Topology::VcvsNotch && settings.build.notchPartsIndependent;
     for (int run = 0; run < runs; ++run) {
         for (std::size_t k = 0; k < points; ++k) response[k] = {1.0, 0.0};
         for (int s = 0; s < inputs.numSections && s < MaxSections; ++s) {
             WorkingComponents parts = inputs.parts->Section(s);
             if (run > 0) {
                 parts = Perturb(parts, settings.resistorClass.fraction,
-                                settings.capacitorClass.fraction, random);
+                                settings.capacitorClass.fraction, random, notchDrawnApart);
             }
-            MultiplySection(inputs.topology, parts, settings.outputResistance, *sweep, response);
+            MultiplyModelled(inputs.topology, parts, opAmp, *sweep, response);
         }
         if (inputs.singlePass) return;
         if (perRun) perRun(run);

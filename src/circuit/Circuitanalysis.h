@@ -31,10 +31,17 @@ inline constexpr int MaxResponsePoints = 4096;
 // The op amp's real open-loop gain at f hertz: GBW/f above 100 Hz, flat below, at most 1e5.
 double OpenLoopGain(double gainBandwidth, double f);
 
+// The op amp a simulation uses: its gain-bandwidth product, output resistance and model.
+struct OpAmpSpec {
+    double gainBandwidth = 1e8;  // Hz
+    double outputResistance = 0.0;
+    OpAmpModel model = OpAmpModel::Magnitude;
+};
+OpAmpSpec OpAmpOf(const ComponentSettings& settings);
+
 // Multiplies one section's response into response[k] for every frequency.
-void SimulateSection(Topology topology, const WorkingComponents& parts, double gainBandwidth,
-                     double outputResistance, std::span<const double> frequencies,
-                     std::span<Complex> response);
+void SimulateSection(Topology topology, const WorkingComponents& parts, const OpAmpSpec& opAmp,
+                     std::span<const double> frequencies, std::span<Complex> response);
 
 // The same with the op amp's gain held at a constant A (what a SPICE comparison can express).
 void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, double gain,
@@ -44,8 +51,8 @@ void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, do
 // The nominal cascade (no tolerance runs) over a sweep: response is set to the product of the
 // sections' responses. The sweep is prepared once for all sections.
 void SimulateCascade(Topology topology, const SectionComponents& parts, int numSections,
-                     double gainBandwidth, double outputResistance,
-                     std::span<const double> frequencies, std::span<Complex> response);
+                     const OpAmpSpec& opAmp, std::span<const double> frequencies,
+                     std::span<Complex> response);
 
 // The random draws of the tolerance runs: a seedable generator, so the same seed gives the
 // same runs.
@@ -59,9 +66,11 @@ class ToleranceRandom {
     std::uint64_t state_;
 };
 
-// Moves each part uniformly over 201 levels within its tolerance, in the order R1 .. R4, C1, C2.
+// Moves each part uniformly over 201 levels within its tolerance, in the order R1 .. R4, C1, C2,
+// and then, when asked, a second C1 of its own.
 WorkingComponents Perturb(const WorkingComponents& parts, double resistorTolerance,
-                          double capacitorTolerance, ToleranceRandom& random);
+                          double capacitorTolerance, ToleranceRandom& random,
+                          bool secondC1OfItsOwn = false);
 
 struct SimulationInputs {
     Topology topology = Topology::VcvsLowPass;

@@ -47,6 +47,9 @@ struct WorkingComponents {
     double R4 = 0.0;
     double C1 = 0.0;
     double C2 = 0.0;
+    // The notch's second series capacitor when a tolerance run moves it apart from C1; 0 when
+    // both are C1.
+    double SecondC1 = 0.0;
 };
 
 // Every section's parts, as six parallel arrays (the layout the reference copy keeps).

@@ -5,6 +5,7 @@
 
 #include <string>
 
+#include "circuit/Buildoptions.h"
 #include "circuit/Standardvalues.h"
 #include "numerics/EditBox.h"
 
@@ -19,8 +20,13 @@ struct ComponentSettings {
     double outputResistance = 0.0;                        // ohms
     int worstCaseRuns = 100;
     ToleranceMode mode = ToleranceMode::Exact;
+    BuildOptions build;
 
-    double ResistorStd(double x) const { return NearestStdValue(resistorClass.stride, x); }
+    double ResistorStd(double x) const {
+        return build.resistorSeries == ResistorSeries::ToleranceClass
+                   ? NearestStdValue(resistorClass.stride, x)
+                   : NearestDecadeSeriesValue(build.resistorSeries, x);
+    }
     double CapacitorStd(double x) const { return NearestStdValue(capacitorClass.stride, x); }
 };
 

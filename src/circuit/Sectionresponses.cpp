@@ -7,13 +7,6 @@ namespace nerivane {
 
 namespace {
 
-// A unity-gain VCVS stage stores its R3 as open and R4 as a wire. With R4 a wire any R3 still
-// makes a follower; a finite one keeps the coefficients in range, and at (Ro + 1) * 10 kΩ it
-// barely loads the output.
-double SimulatedR3(const WorkingComponents& c, double Ro) {
-    return c.R4 < 0.0001 ? (Ro + 1.0) * 10000.0 : c.R3;
-}
-
 SectionPolynomials FirstOrderVcvsHighPassPolynomials(const WorkingComponents& c, double A,
                                                      double Ro) {
     const double R2 = c.R2, R4 = c.R4, C2 = c.C2;

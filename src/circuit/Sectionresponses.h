@@ -36,12 +36,22 @@ inline Complex DivideScaled(Complex n, Complex d) {
     return {(first + second * ratio) * inverse, realLarger ? imag : -imag};
 }
 
+// c[0] + c[1] s + c[2] s^2 + c[3] s^3 at s = jw.
+inline Complex PolynomialAt(const double (&c)[4], double w) {
+    const double w2 = w * w;
+    return {c[0] - c[2] * w2, w * (c[1] - c[3] * w2)};
+}
+
 // N(jw) / D(jw).
 inline Complex EvaluateSection(const SectionPolynomials& p, double w) {
-    const double w2 = w * w;
-    const Complex numerator{p.n[0] - p.n[2] * w2, w * (p.n[1] - p.n[3] * w2)};
-    const Complex denominator{p.d[0] - p.d[2] * w2, w * (p.d[1] - p.d[3] * w2)};
-    return DivideScaled(numerator, denominator);
+    return DivideScaled(PolynomialAt(p.n, w), PolynomialAt(p.d, w));
+}
+
+// A unity-gain VCVS stage stores its R3 as open and R4 as a wire. With R4 a wire any R3 still
+// makes a follower; a finite one keeps the coefficients in range, and at (Ro + 1) * 10 kOhm it
+// barely loads the output.
+inline double SimulatedR3(const WorkingComponents& c, double Ro) {
+    return c.R4 < 0.0001 ? (Ro + 1.0) * 10000.0 : c.R3;
 }
 
 // The polynomials of each circuit for op-amp gain A and output resistance Ro (ohms).

@@ -6,14 +6,12 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "circuit/Nodesolutions.h"
 #include "circuit/Sectioncircuits.h"
 #include "numerics/Mathfunctions.h"
 
 namespace nerivane {
 namespace {
-
-constexpr double SinglePoleDcGain = 1e5;
-constexpr double IdealGain = 1e9;
 
 // Seventeen significant digits, always with a '.', whatever the locale: the netlist must
 // carry the doubles exactly and read the same in every SPICE.
@@ -50,15 +48,24 @@ std::string PartLine(const CircuitPart& part, const WorkingComponents& values) {
     return "";
 }
 
+// The op amp the program simulates: an ideal one is its 100 MHz, 0 ohm part.
+SpiceDesign WithProgramOpAmp(SpiceDesign design) {
+    if (design.idealOpAmp && !design.constantGain) {
+        design.gainBandwidth = 1e8;
+        design.outputResistance = 0.0;
+    }
+    return design;
+}
+
 std::string OpAmpDescription(const SpiceDesign& design) {
     const std::string ro = Number(design.outputResistance) + " ohms";
     if (design.constantGain) {
         return "constant gain " + Number(*design.constantGain) + ", output resistance " + ro;
     }
-    if (design.idealOpAmp) return "ideal, constant gain " + Number(IdealGain) + ", 0 ohms";
-    return "single pole, DC gain " + Number(SinglePoleDcGain) + ", GBW " +
-           Number(design.gainBandwidth) + " Hz (pole at " +
-           Number(design.gainBandwidth / SinglePoleDcGain) + " Hz), output resistance " + ro;
+    const SinglePoleOpAmp pole = SinglePoleOf(design.gainBandwidth);
+    return std::string(design.idealOpAmp ? "the ideal op amp as simulated: " : "") +
+           "single pole, DC gain " + Number(pole.dcGain) + ", GBW " + Number(design.gainBandwidth) +
+           " Hz (pole at " + Number(pole.poleHz) + " Hz), output resistance " + ro;
 }
 
 // The output stage: the internal node x behind Ro, or the output itself when Ro is 0.
@@ -79,16 +86,17 @@ std::string OpAmpSubcircuit(const SpiceDesign& design) {
         "* (a model with supply pins needs a wrapper that adds the supplies).\n"
         "* Model: " +
         OpAmpDescription(design) + ".\n.subckt opamp inp inn out\n";
-    if (design.constantGain || design.idealOpAmp) {
-        const double gain = design.constantGain ? *design.constantGain : IdealGain;
-        const double ro = design.constantGain ? design.outputResistance : 0.0;
-        s += "Egain " + OutputStage(ro) + " 0 inp inn " + Number(gain) + "\n" + OutputResistor(ro);
+    const double ro = design.outputResistance;
+    if (design.constantGain) {
+        s += "Egain " + OutputStage(ro) + " 0 inp inn " + Number(*design.constantGain) + "\n" +
+             OutputResistor(ro);
     } else {
-        // A transconductance into R || C sets the DC gain and the pole; a buffer drives Ro.
-        const double ro = design.outputResistance;
+        // A transconductance into R || C sets the DC gain and the pole (the same gain-bandwidth
+        // product and magnitude as the program's op amp); a buffer drives Ro.
+        const SinglePoleOpAmp pole = SinglePoleOf(design.gainBandwidth);
         s += "Gpole 0 pole inp inn 1\n";
-        s += "Rpole pole 0 " + Number(SinglePoleDcGain) + "\n";
-        s += "Cpole pole 0 " + Number(1.0 / (2.0 * Pi * design.gainBandwidth)) + "\n";
+        s += "Rpole pole 0 " + Number(pole.dcGain) + "\n";
+        s += "Cpole pole 0 " + Number(1.0 / (2.0 * Pi * pole.poleHz * pole.dcGain)) + "\n";
         s += "Ebuffer " + OutputStage(ro) + " 0 pole 0 1\n" + OutputResistor(ro);
     }
     return s + ".ends opamp\n";
@@ -131,7 +139,8 @@ std::string AcLine(const SpiceDesign& design) {
 
 }  // namespace
 
-std::string SpiceNetlist(const SpiceDesign& design, const SectionComponents& parts) {
+std::string SpiceNetlist(const SpiceDesign& asGiven, const SectionComponents& parts) {
+    const SpiceDesign design = WithProgramOpAmp(asGiven);
     const SectionCircuit& circuit = CircuitOf(design.topology);
     if (design.numSections < 1 || design.numSections > MaxSections) {
         throw std::out_of_range("SpiceNetlist: section count out of range");

@@ -19,6 +19,25 @@ const std::array<double, StdValueGridSize> StdValueGrid = {
 };
 // clang-format on
 
+// The E192 series in three digits: 10^(i/192) rounded, except 9.20 where the rounding gives
+// 9.19, as the series is published. E96 is every second value, E48 every fourth.
+// clang-format off
+constexpr std::array<int, 192> E192Mantissas = {
+    100, 101, 102, 104, 105, 106, 107, 109, 110, 111, 113, 114, 115, 117, 118, 120,
+    121, 123, 124, 126, 127, 129, 130, 132, 133, 135, 137, 138, 140, 142, 143, 145,
+    147, 149, 150, 152, 154, 156, 158, 160, 162, 164, 165, 167, 169, 172, 174, 176,
+    178, 180, 182, 184, 187, 189, 191, 193, 196, 198, 200, 203, 205, 208, 210, 213,
+    215, 218, 221, 223, 226, 229, 232, 234, 237, 240, 243, 246, 249, 252, 255, 258,
+    261, 264, 267, 271, 274, 277, 280, 284, 287, 291, 294, 298, 301, 305, 309, 312,
+    316, 320, 324, 328, 332, 336, 340, 344, 348, 352, 357, 361, 365, 370, 374, 379,
+    383, 388, 392, 397, 402, 407, 412, 417, 422, 427, 432, 437, 442, 448, 453, 459,
+    464, 470, 475, 481, 487, 493, 499, 505, 511, 517, 523, 530, 536, 542, 549, 556,
+    562, 569, 576, 583, 590, 597, 604, 612, 619, 626, 634, 642, 649, 657, 665, 673,
+    681, 690, 698, 706, 715, 723, 732, 741, 750, 759, 768, 777, 787, 796, 806, 816,
+    825, 835, 845, 856, 866, 876, 887, 898, 909, 920, 931, 942, 953, 965, 976, 988,
+};
+// clang-format on
+
 const char* SeriesName(const ToleranceClass& toleranceClass) {
     switch (toleranceClass.stride) {
         case 16: return "E6";
@@ -66,6 +85,47 @@ double NearestStdValue(int stride, double x) {
         }
     }
     return static_cast<double>(StdValueGrid[best] * scale);
+}
+
+int DecadeSeriesStride(ResistorSeries series) {
+    switch (series) {
+        case ResistorSeries::E48: return 4;
+        case ResistorSeries::E96: return 2;
+        default: return 1;
+    }
+}
+
+const char* DecadeSeriesName(ResistorSeries series) {
+    switch (series) {
+        case ResistorSeries::E48: return "E48";
+        case ResistorSeries::E96: return "E96";
+        case ResistorSeries::E192: return "E192";
+        default: return "";
+    }
+}
+
+double NearestDecadeSeriesValue(ResistorSeries series, double x) {
+    if (!(x > 0.0) || !std::isfinite(x)) return x;
+    const int stride = DecadeSeriesStride(series);
+    // Mantissas run 100 .. 988, so x = m * 10^(exponent - 2) for the m nearest in ratio; the
+    // next decade's 100 is a candidate too.
+    int exponent = static_cast<int>(std::floor(std::log10(x)));
+    const double mantissa = x / std::pow(10.0, exponent - 2);
+    double best = 100.0, bestDistance = INFINITY;
+    for (int k = 0; k <= 192; k += stride) {
+        const double candidate = k == 192 ? 1000.0 : E192Mantissas[k];
+        const double distance = std::fabs(std::log(mantissa / candidate));
+        if (distance < bestDistance) bestDistance = distance, best = candidate;
+    }
+    // Exact decimal values: an integer times, or divided by, a power of ten, so the value
+    // is the double that its three printed digits read back as.
+    const int shift = exponent - 2;
+    const double power = std::pow(10.0, std::abs(shift));
+    return shift >= 0 ? best * power : best / power;
+}
+
+bool IsDecadeSeriesValue(ResistorSeries series, double x) {
+    return x > 0.0 && NearestDecadeSeriesValue(series, x) == x;
 }
 
 }  // namespace nerivane

@@ -5,6 +5,8 @@
 
 #include <array>
 
+#include "circuit/Buildoptions.h"
+
 namespace nerivane {
 
 inline constexpr int StdValueGridSize = 110;
@@ -36,5 +38,13 @@ const ToleranceClass* ToleranceClassOf(int percent);
 // x rounded to the nearest value of the series with this stride; 0 and negative values (and
 // so the absent-part marker) come back unchanged. Ties go to the smaller value.
 double NearestStdValue(int stride, double x);
+
+// The decade series E48, E96 and E192, as resistors are stocked: the value nearest x in ratio,
+// exactly the decimal number its three digits print (1.02 kΩ is 1020.0). Markers, zero, NaN
+// and infinity pass through.
+double NearestDecadeSeriesValue(ResistorSeries series, double x);
+bool IsDecadeSeriesValue(ResistorSeries series, double x);
+// "E48", "E96", "E192"; empty for the tolerance class's own series.
+const char* DecadeSeriesName(ResistorSeries series);
 
 }  // namespace nerivane

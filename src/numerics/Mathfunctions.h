@@ -23,6 +23,9 @@ inline Complex operator-(Complex a, Complex b) {
 inline Complex operator*(Complex a, Complex b) {
     return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
 }
+inline Complex operator*(Complex a, double b) {
+    return {a.re * b, a.im * b};
+}
 inline Complex Conjugate(Complex a) {
     return {a.re, -a.im};
 }

@@ -146,8 +146,8 @@ std::vector<double> PulseGrid(double fs) {
 // never touched, so nothing has to be restored or simulated again afterwards.
 std::vector<Complex> SimulateNominal(const PulseInputs& inputs, std::span<const double> f) {
     std::vector<Complex> h(f.size());
-    SimulateCascade(inputs.topology, *inputs.parts, inputs.numSections,
-                    inputs.settings->gainBandwidth, inputs.settings->outputResistance, f, h);
+    SimulateCascade(inputs.topology, *inputs.parts, inputs.numSections, OpAmpOf(*inputs.settings),
+                    f, h);
     return h;
 }
 

@@ -37,8 +37,10 @@ PartsListRow PartRow(const PartsListDesign& design, const SectionCircuit& circui
     const bool placed = ConditionOf(part, values).state == PartState::Placed;
     row.exactValue = placed ? ValueOf(values, part.value) : NoExactValue;
     // Exact resistors are what the design asks for, not values of a series.
-    row.series =
-        resistor && settings.mode == ToleranceMode::Exact ? "exact" : SeriesName(toleranceClass);
+    const bool decadeSeries = settings.build.resistorSeries != ResistorSeries::ToleranceClass;
+    row.series = resistor && settings.mode == ToleranceMode::Exact ? "exact"
+                 : resistor && decadeSeries ? DecadeSeriesName(settings.build.resistorSeries)
+                                            : SeriesName(toleranceClass);
     row.tolerance = ToleranceCaption(toleranceClass);
     return row;
 }

@@ -104,8 +104,8 @@ TEST(Sectionresponses, SimulatedSectionsMatchTheNodeSolutionOfTheirCircuit) {
                 if (!section.exact && (A != 1e9 || Ro != 0.0)) continue;
                 std::vector<Complex> got(Frequencies.size(), Complex{1.0, 0.0});
                 if (A == 0.0)
-                    SimulateSection(section.topology, section.parts, GainBandwidth, Ro, Frequencies,
-                                    got);
+                    SimulateSection(section.topology, section.parts, {GainBandwidth, Ro},
+                                    Frequencies, got);
                 else
                     SimulateSectionAtGain(section.topology, section.parts, A, Ro, Frequencies, got);
                 for (std::size_t k = 0; k < Frequencies.size(); ++k) {
@@ -182,7 +182,7 @@ TEST(Simulate, WorstCaseCallsTheHookForEveryRunAndRunZeroIsNominal) {
     for (int k = 0; k < 64; ++k) frequencies[k] = 100.0 * std::pow(1.1, k);
     std::array<Complex, 64> response, nominal;
     nominal.fill({1.0, 0.0});  // the section as designed, no tolerance drawn
-    SimulateSection(Topology::VcvsLowPass, parts.Section(0), settings.gainBandwidth, 0.0,
+    SimulateSection(Topology::VcvsLowPass, parts.Section(0), {settings.gainBandwidth, 0.0},
                     frequencies, nominal);
     std::vector<std::pair<int, double>> runs;  // each run and its response at one frequency
     const auto simulate = [&](bool singlePass) {

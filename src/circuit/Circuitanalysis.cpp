@@ -6,7 +6,7 @@
 #include <memory>
 #include <optional>
 
-#include "circuit/Nodesolutions.h"
+#include "circuit/Sectionchains.h"
 #include "circuit/Sectionresponses.h"
 #include "circuit/Valuecalculations.h"
 #include "numerics/CheckedMath.h"
@@ -82,39 +82,109 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection
     }
 }
 
-// The op amp with phase: with N = N0 + A N1, D = D0 + A D1 and A = A0 / (1 + s / wp), the
-// section is (N0 (1 + s / wp) + A0 N1) / (D0 (1 + s / wp) + A0 D1) on the circuit's own nodes.
+// The op amp with phase: every chain polynomial is a line in A, at0 + A slope, and with
+// A = A0 / (1 + s / wp) it becomes at0 (1 + s / wp) + A0 slope once the common factor
+// 1 / (1 + s / wp) is dropped.
+struct PhaseGain {
+    double dcGain;
+    double inversePole;  // 1 / wp
+};
+
+inline Complex At(const GainLinear& g, double w, Complex lag, double dcGain) {
+    const Complex plain{g.at0[0] - g.at0[2] * w * w, w * (g.at0[1] - g.at0[3] * w * w)};
+    const Complex gained{g.slope[0] - g.slope[2] * w * w, w * (g.slope[1] - g.slope[3] * w * w)};
+    return plain * lag + gained * dcGain;
+}
+
+PhaseGain PhaseGainOf(double gainBandwidth) {
+    const SinglePoleOpAmp opAmp = SinglePoleOf(gainBandwidth);
+    return {opAmp.dcGain, 1.0 / (TwoPi * opAmp.poleHz)};
+}
+
+// One section alone, driven by an ideal source and driving nothing: common / a.
 __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySectionSinglePole(
-    SectionPolynomialsFunction polynomials, const WorkingComponents& parts, double outputResistance,
-    SinglePoleOpAmp opAmp, const PreparedSweep& sweep, std::span<Complex> response) {
-    const GainLine line = LineThrough(polynomials, parts, outputResistance, opAmp.dcGain);
-    const SectionPolynomials at0 = line.at0;
-    const SectionPolynomials slope = line.slope;
-    const double a0 = opAmp.dcGain;
-    const double inversePole = 1.0 / (TwoPi * opAmp.poleHz);
-    const std::size_t n = sweep.points;
-    for (std::size_t k = 0; k < n; ++k) {
+    const ChainPolynomials& chain, PhaseGain gain, const PreparedSweep& sweep,
+    std::span<Complex> response) {
+    for (std::size_t k = 0; k < sweep.points; ++k) {
         const double w = sweep.w[k];
-        const Complex lag{1.0, w * inversePole};
-        const Complex numerator = PolynomialAt(at0.n, w) * lag + PolynomialAt(slope.n, w) * a0;
-        const Complex denominator = PolynomialAt(at0.d, w) * lag + PolynomialAt(slope.d, w) * a0;
-        response[k] = response[k] * DivideScaled(numerator, denominator);
+        const Complex lag{1.0, w * gain.inversePole};
+        response[k] = response[k] * DivideScaled(At(chain.common, w, lag, gain.dcGain),
+                                                 At(chain.a, w, lag, gain.dcGain));
     }
 }
 
-// One section into the response with the chosen op-amp model: the magnitude model takes its
-// gains from the sweep and the program's own section forms, the single pole the circuit's
-// node solution. A notch whose parts were drawn apart is always solved as built.
-void MultiplyModelled(Topology topology, const WorkingComponents& parts, const OpAmpSpec& opAmp,
-                      const PreparedSweep& sweep, std::span<Complex> response) {
-    const bool builtNotch = topology == Topology::VcvsNotch && parts.SecondC1 > 0.0;
-    if (opAmp.model == OpAmpModel::SinglePole) {
-        MultiplySectionSinglePole(NodeSolutionFor(topology), parts, opAmp.outputResistance,
-                                  SinglePoleOf(opAmp.gainBandwidth), sweep, response);
-    } else {
-        MultiplySection(builtNotch ? BuiltNotchPolynomials : SectionPolynomialsFor(topology), parts,
-                        opAmp.outputResistance, sweep, response);
+// The cascade as two-ports: the chain matrices [a b; c d] multiplied from the input on, and
+// their common denominators beside them; the filter's response is the product of the
+// denominators over the product's a. Each section's five values are scaled by one real
+// factor, which leaves that ratio as it is and keeps twenty sections far from overflow.
+struct ChainProducts {
+    std::array<Complex, MaxResponsePoints> a, b, c, d, common;
+};
+
+void StartChain(ChainProducts& product, std::size_t points) {
+    for (std::size_t k = 0; k < points; ++k) {
+        product.a[k] = product.d[k] = product.common[k] = {1.0, 0.0};
+        product.b[k] = product.c[k] = {0.0, 0.0};
     }
+}
+
+__attribute__((target_clones("arch=x86-64-v3", "default"))) void ChainSection(
+    const ChainPolynomials& chain, PhaseGain gain, const PreparedSweep& sweep,
+    ChainProducts& product) {
+    for (std::size_t k = 0; k < sweep.points; ++k) {
+        const double w = sweep.w[k];
+        const Complex lag{1.0, w * gain.inversePole};
+        const Complex a = At(chain.a, w, lag, gain.dcGain), b = At(chain.b, w, lag, gain.dcGain);
+        const Complex c = At(chain.c, w, lag, gain.dcGain), d = At(chain.d, w, lag, gain.dcGain);
+        const Complex common = At(chain.common, w, lag, gain.dcGain);
+        const double scale =
+            1.0 / (std::fabs(a.re) + std::fabs(a.im) + std::fabs(common.re) + std::fabs(common.im));
+        const Complex pa = product.a[k], pb = product.b[k], pc = product.c[k], pd = product.d[k];
+        product.a[k] = (pa * a + pb * c) * scale;
+        product.b[k] = (pa * b + pb * d) * scale;
+        product.c[k] = (pc * a + pd * c) * scale;
+        product.d[k] = (pc * b + pd * d) * scale;
+        product.common[k] = product.common[k] * common * scale;
+    }
+}
+
+void EndChain(const ChainProducts& product, std::size_t points, std::span<Complex> response) {
+    for (std::size_t k = 0; k < points; ++k)
+        response[k] = DivideScaled(product.common[k], product.a[k]);
+}
+
+// One section into the response with the magnitude model: its gains from the sweep and the
+// program's own section forms. A notch whose parts were drawn apart is solved as built.
+void MultiplyMagnitudeModel(Topology topology, const WorkingComponents& parts, double Ro,
+                            const PreparedSweep& sweep, std::span<Complex> response) {
+    const bool builtNotch = topology == Topology::VcvsNotch && parts.SecondC1 > 0.0;
+    MultiplySection(builtNotch ? BuiltNotchPolynomials : SectionPolynomialsFor(topology), parts, Ro,
+                    sweep, response);
+}
+
+// The sections of one run into response: a plain product with the magnitude model, a chain of
+// two-ports with the single pole.
+void SimulateSections(Topology topology, std::span<const WorkingComponents> sections,
+                      const OpAmpSpec& opAmp, const PreparedSweep& sweep, ChainProducts* chain,
+                      std::span<Complex> response) {
+    const std::size_t points = sweep.points;
+    if (opAmp.model != OpAmpModel::SinglePole) {
+        for (std::size_t k = 0; k < points; ++k) response[k] = {1.0, 0.0};
+        for (const WorkingComponents& parts : sections)
+            MultiplyMagnitudeModel(topology, parts, opAmp.outputResistance, sweep, response);
+        return;
+    }
+    StartChain(*chain, points);
+    const PhaseGain gain = PhaseGainOf(opAmp.gainBandwidth);
+    for (const WorkingComponents& parts : sections)
+        ChainSection(ChainOf(topology, parts, opAmp.outputResistance), gain, sweep, *chain);
+    EndChain(*chain, points, response);
+}
+
+// Working space of the chain, only when the single pole asks for it.
+std::unique_ptr<ChainProducts> ChainSpaceFor(const OpAmpSpec& opAmp) {
+    if (opAmp.model != OpAmpModel::SinglePole) return nullptr;
+    return std::make_unique_for_overwrite<ChainProducts>();
 }
 
 }  // namespace
@@ -123,7 +193,12 @@ void SimulateSection(Topology topology, const WorkingComponents& parts, const Op
                      std::span<const double> frequencies, std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(frequencies, opAmp.gainBandwidth, std::nullopt, *sweep);
-    MultiplyModelled(topology, parts, opAmp, *sweep, response);
+    if (opAmp.model == OpAmpModel::SinglePole) {
+        MultiplySectionSinglePole(ChainOf(topology, parts, opAmp.outputResistance),
+                                  PhaseGainOf(opAmp.gainBandwidth), *sweep, response);
+    } else {
+        MultiplyMagnitudeModel(topology, parts, opAmp.outputResistance, *sweep, response);
+    }
 }
 
 void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, double gain,
@@ -139,9 +214,12 @@ void SimulateCascade(Topology topology, const SectionComponents& parts, int numS
                      std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(frequencies, opAmp.gainBandwidth, std::nullopt, *sweep);
-    for (std::size_t k = 0; k < sweep->points; ++k) response[k] = {1.0, 0.0};
-    for (int s = 0; s < numSections && s < MaxSections; ++s)
-        MultiplyModelled(topology, parts.Section(s), opAmp, *sweep, response);
+    std::array<WorkingComponents, MaxSections> sections;
+    const int count = std::clamp(numSections, 0, MaxSections);
+    for (int s = 0; s < count; ++s) sections[s] = parts.Section(s);
+    const auto chain = ChainSpaceFor(opAmp);
+    SimulateSections(topology, std::span(sections.data(), count), opAmp, *sweep, chain.get(),
+                     response);
 }
 
 OpAmpSpec OpAmpOf(const ComponentSettings& settings) {
@@ -181,20 +259,22 @@ void Simulate(const SimulationInputs& inputs, std::span<Complex> response, Toler
                          : 1;
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(inputs.frequencies, settings.gainBandwidth, std::nullopt, *sweep);
-    const std::size_t points = sweep->points;
     const OpAmpSpec opAmp = OpAmpOf(settings);
+    const auto chain = ChainSpaceFor(opAmp);
     const bool notchDrawnApart =
         inputs.topology == Topology::VcvsNotch && settings.build.notchPartsIndependent;
+    std::array<WorkingComponents, MaxSections> sections;
+    const int count = std::clamp(inputs.numSections, 0, MaxSections);
     for (int run = 0; run < runs; ++run) {
-        for (std::size_t k = 0; k < points; ++k) response[k] = {1.0, 0.0};
-        for (int s = 0; s < inputs.numSections && s < MaxSections; ++s) {
-            WorkingComponents parts = inputs.parts->Section(s);
+        for (int s = 0; s < count; ++s) {
+            sections[s] = inputs.parts->Section(s);
             if (run > 0) {
-                parts = Perturb(parts, settings.resistorClass.fraction,
-                                settings.capacitorClass.fraction, random, notchDrawnApart);
+                sections[s] = Perturb(sections[s], settings.resistorClass.fraction,
+                                      settings.capacitorClass.fraction, random, notchDrawnApart);
             }
-            MultiplyModelled(inputs.topology, parts, opAmp, *sweep, response);
         }
+        SimulateSections(inputs.topology, std::span(sections.data(), count), opAmp, *sweep,
+                         chain.get(), response);
         if (inputs.singlePass) return;
         if (perRun) perRun(run);
     }

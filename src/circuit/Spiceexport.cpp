@@ -6,7 +6,7 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "circuit/Nodesolutions.h"
+#include "circuit/Sectionchains.h"
 #include "circuit/Sectioncircuits.h"
 #include "numerics/Mathfunctions.h"
 

@@ -141,6 +141,15 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
         MakeRunTraces(0, state, settings, results, response);
     }
     results.report = CircuitValuesReport(results.parts, state.NumSections);
+    BuildCheckInputs check;
+    check.topology = state.TopologyIndex;
+    check.numSections = state.NumSections;
+    check.parts = &results.parts;
+    check.settings = &settings;
+    check.idealOpAmp = state.IdealOpAmp;
+    check.frequencies = axis;
+    results.checks = CheckBuild(check);
+    for (std::string& line : BuildCheckLines(results.checks)) results.report.push_back(line);
 }
 
 }  // namespace nerivane

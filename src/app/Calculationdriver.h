@@ -15,6 +15,7 @@
 #include "app/Parameterboxes.h"
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Componentsettings.h"
+#include "circuit/Stagechecks.h"
 #include "circuit/Valuecalculations.h"
 #include "numerics/Polymain.h"
 #include "response/Traces.h"
@@ -34,7 +35,10 @@ struct DesignResults {
     // Capacitors the calculation had to lower so that a section can be built ("Section 1: C1
     // of 10.0 nF lowered to 2.70 nF ..."); the window shows this as the C1 box's colour.
     std::vector<std::string> capacitorNotes;
-    std::vector<std::string> report;  // the circuit values report
+    std::vector<std::string> report;  // the circuit values report, then the build checks
+    // What each stage needs of its op amp and parts, and what is wrong with the circuit as
+    // built; its warnings are not messages, as they must not interrupt typing.
+    BuildChecks checks;
     // What went wrong in the calculation (a band-pass section that cannot be split, a box
     // limit the program got wrong), for the front end to show.
     Messages messages;

@@ -4,7 +4,9 @@
 // starts at the program's plain behaviour.
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace nerivane {
 
@@ -13,9 +15,14 @@ enum class OpAmpModel : std::int32_t {
     SinglePole = 1,  // A0 / (1 + j f / fp), solved on each circuit's own nodes
 };
 
+// The names the command line and the settings file give the choices, in their order.
+inline constexpr std::array<std::string_view, 2> OpAmpModelNames = {"magnitude", "single-pole"};
+
 // Where standard resistors come from: the tolerance class's series, or a decade series of
 // its own that the shops stock.
 enum class ResistorSeries : std::int32_t { ToleranceClass = 0, E48 = 1, E96 = 2, E192 = 3 };
+inline constexpr std::array<std::string_view, 4> ResistorSeriesNames = {"tolerance", "e48", "e96",
+                                                                        "e192"};
 
 inline constexpr double DefaultMinPracticalOhms = 100.0;
 inline constexpr double DefaultMaxPracticalOhms = 10e6;

@@ -82,25 +82,6 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection
     }
 }
 
-// The op amp with phase: every chain polynomial is a line in A, at0 + A slope, and with
-// A = A0 / (1 + s / wp) it becomes at0 (1 + s / wp) + A0 slope once the common factor
-// 1 / (1 + s / wp) is dropped.
-struct PhaseGain {
-    double dcGain;
-    double inversePole;  // 1 / wp
-};
-
-inline Complex At(const GainLinear& g, double w, Complex lag, double dcGain) {
-    const Complex plain{g.at0[0] - g.at0[2] * w * w, w * (g.at0[1] - g.at0[3] * w * w)};
-    const Complex gained{g.slope[0] - g.slope[2] * w * w, w * (g.slope[1] - g.slope[3] * w * w)};
-    return plain * lag + gained * dcGain;
-}
-
-PhaseGain PhaseGainOf(double gainBandwidth) {
-    const SinglePoleOpAmp opAmp = SinglePoleOf(gainBandwidth);
-    return {opAmp.dcGain, 1.0 / (TwoPi * opAmp.poleHz)};
-}
-
 // One section alone, driven by an ideal source and driving nothing: common / a.
 __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySectionSinglePole(
     const ChainPolynomials& chain, PhaseGain gain, const PreparedSweep& sweep,
@@ -108,8 +89,8 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void MultiplySection
     for (std::size_t k = 0; k < sweep.points; ++k) {
         const double w = sweep.w[k];
         const Complex lag{1.0, w * gain.inversePole};
-        response[k] = response[k] * DivideScaled(At(chain.common, w, lag, gain.dcGain),
-                                                 At(chain.a, w, lag, gain.dcGain));
+        response[k] = response[k] * DivideScaled(GainLinearAt(chain.common, w, lag, gain.dcGain),
+                                                 GainLinearAt(chain.a, w, lag, gain.dcGain));
     }
 }
 
@@ -134,9 +115,11 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) void ChainSection(
     for (std::size_t k = 0; k < sweep.points; ++k) {
         const double w = sweep.w[k];
         const Complex lag{1.0, w * gain.inversePole};
-        const Complex a = At(chain.a, w, lag, gain.dcGain), b = At(chain.b, w, lag, gain.dcGain);
-        const Complex c = At(chain.c, w, lag, gain.dcGain), d = At(chain.d, w, lag, gain.dcGain);
-        const Complex common = At(chain.common, w, lag, gain.dcGain);
+        const Complex a = GainLinearAt(chain.a, w, lag, gain.dcGain),
+                      b = GainLinearAt(chain.b, w, lag, gain.dcGain);
+        const Complex c = GainLinearAt(chain.c, w, lag, gain.dcGain),
+                      d = GainLinearAt(chain.d, w, lag, gain.dcGain);
+        const Complex common = GainLinearAt(chain.common, w, lag, gain.dcGain);
         const double scale =
             1.0 / (std::fabs(a.re) + std::fabs(a.im) + std::fabs(common.re) + std::fabs(common.im));
         const Complex pa = product.a[k], pb = product.b[k], pc = product.c[k], pd = product.d[k];

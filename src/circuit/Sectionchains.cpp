@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "circuit/Valuecalculations.h"
+
 namespace nerivane {
 namespace {
 
@@ -199,6 +201,11 @@ SectionPolynomials BuiltNotchPolynomials(const WorkingComponents& c, double A, d
 SinglePoleOpAmp SinglePoleOf(double gainBandwidth) {
     const double dcGain = std::min(gainBandwidth * 0.01, 1e5);
     return {dcGain, gainBandwidth / dcGain};
+}
+
+PhaseGain PhaseGainOf(double gainBandwidth) {
+    const SinglePoleOpAmp opAmp = SinglePoleOf(gainBandwidth);
+    return {opAmp.dcGain, 1.0 / (TwoPi * opAmp.poleHz)};
 }
 
 }  // namespace nerivane

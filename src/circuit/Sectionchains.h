@@ -39,4 +39,22 @@ struct SinglePoleOpAmp {
 };
 SinglePoleOpAmp SinglePoleOf(double gainBandwidth);
 
+// The single pole as the per-point loops want it: every chain polynomial is a line in A,
+// at0 + A slope, and with A = A0 / (1 + s / wp) it becomes at0 (1 + s / wp) + A0 slope once the
+// common factor 1 / (1 + s / wp) is dropped.
+struct PhaseGain {
+    double dcGain;
+    double inversePole;  // 1 / wp, seconds
+};
+PhaseGain PhaseGainOf(double gainBandwidth);
+
+inline Complex PolynomialAt(const std::array<double, 4>& c, double w) {
+    return {c[0] - c[2] * w * w, w * (c[1] - c[3] * w * w)};
+}
+
+// g at s = jw with the single-pole gain; lag is 1 + jw / wp.
+inline Complex GainLinearAt(const GainLinear& g, double w, Complex lag, double dcGain) {
+    return PolynomialAt(g.at0, w) * lag + PolynomialAt(g.slope, w) * dcGain;
+}
+
 }  // namespace nerivane

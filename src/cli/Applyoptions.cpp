@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 #include <optional>
 #include <string_view>
 #include <vector>
@@ -89,6 +90,21 @@ void ApplyOpAmp(const Options& options, DesignState& state, CliBoxes& boxes) {
     TypeScaled(boxes[BoxId::OutputResistance], text.substr(comma + 1), "ohm", 1.0);
 }
 
+// "100,10M": the practical resistor range.
+void ApplyResistorRange(const Options& options, BuildOptions& build) {
+    const std::string& text = options.Get("--r-range");
+    const std::size_t comma = text.find(',');
+    const std::optional<double> low =
+        comma == std::string::npos ? std::nullopt : ParseSiValue(text.substr(0, comma), "ohm");
+    const std::optional<double> high =
+        comma == std::string::npos ? std::nullopt : ParseSiValue(text.substr(comma + 1), "ohm");
+    if (!low || !high || !(*low > 0.0) || !(*high > *low) || !std::isfinite(*high))
+        throw UsageError("--r-range: \"" + text +
+                         "\" is not MIN,MAX in ohms with 0 < MIN < MAX (for example 100,10M)");
+    build.minPracticalOhms = *low;
+    build.maxPracticalOhms = *high;
+}
+
 // "mag10,phase": the plot check boxes that are ticked.
 void ApplyTraces(const Options& options, DesignState& state) {
     const std::array<bool*, 5> boxes = {&state.PlotMag, &state.PlotMag1dB, &state.PlotPhase,
@@ -161,6 +177,20 @@ std::vector<Repair> ApplyOptions(const Options& options, DesignState& state, Cli
     if (options.Has("--res-tol")) settings.resistorClass = ToleranceOption(options, "--res-tol");
     if (options.Has("--cap-tol")) settings.capacitorClass = ToleranceOption(options, "--cap-tol");
     if (options.Has("--opamp")) ApplyOpAmp(options, state, boxes);
+    if (options.Has("--opamp-model"))
+        settings.build.opAmpModel =
+            static_cast<OpAmpModel>(NamedIndex(options, "--opamp-model", OpAmpModelNames));
+    if (options.Has("--res-series"))
+        settings.build.resistorSeries =
+            static_cast<ResistorSeries>(NamedIndex(options, "--res-series", ResistorSeriesNames));
+    if (options.Has("--r-range")) ApplyResistorRange(options, settings.build);
+    if (options.Has("--amplitude")) {
+        const std::optional<double> volts = ParseSiValue(options.Get("--amplitude"), "V");
+        if (!volts || !(*volts > 0.0) || !(*volts <= 1e4))
+            throw UsageError("--amplitude: \"" + options.Get("--amplitude") +
+                             "\" is not a peak voltage above 0 and at most 10 kV");
+        settings.build.inputAmplitudeVolts = *volts;
+    }
     if (options.Has("--traces")) ApplyTraces(options, state);
     if (options.Has("--mag"))
         state.Magnitude = static_cast<MagnitudeMode>(NamedIndex(options, "--mag", MagnitudeNames));

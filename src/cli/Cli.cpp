@@ -7,6 +7,7 @@
 
 #include "app/Buildoutputs.h"
 #include "app/Calculationdriver.h"
+#include "app/Capacitorchoice.h"
 #include "app/Controlstates.h"
 #include "app/Initializevars.h"
 #include "app/Picturefiles.h"
@@ -71,6 +72,13 @@ const char* const ValueOptions[][2] = {
     {"--res-tol", "Resistor tolerance in percent: 1, 2, 5, 10, 20"},
     {"--cap-tol", "Capacitor tolerance in percent: 1, 2, 5, 10, 20"},
     {"--opamp", "ideal, or GBW,RO (10M,10: 10 MHz, 10 ohms)"},
+    {"--opamp-model",
+     "Op-amp model: magnitude (a real gain, the default) or single-pole (with its phase, each "
+     "circuit solved on its own nodes)"},
+    {"--res-series",
+     "Standard resistors: tolerance (the tolerance class's series, the default), e48, e96, e192"},
+    {"--r-range", "Practical resistor range MIN,MAX in ohms, for warnings (default 100,10M)"},
+    {"--amplitude", "Input amplitude in volts peak, for each stage's slew rate (default 1)"},
     {"--runs", "Worst-case runs (1 to 1000)"},
     {"--seed", "Seed of the random tolerance draws (default 1)"},
     {"--sweep", "linear, half-to-double, two-octaves, three-octaves, one-decade, two-decades"},
@@ -113,6 +121,13 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         "it cannot take is replaced as the box replaces it, with a warning on standard error\n"
         "(exit 0; --strict makes it exit 2). Any other option that cannot be read is a usage\n"
         "error (exit 2). Exit status: 0 done, 1 a file could not be read or written, 2 usage.");
+    bool autoCaps = false;
+    app.add_flag("--auto-caps", autoCaps,
+                 "Choose each section's capacitors from the capacitor series so that its "
+                 "resistors sit nearest the middle of the practical range");
+    bool notchIndependent = false;
+    app.add_flag("--notch-independent", notchIndependent,
+                 "Worst-case runs vary each of the notch's resistors and capacitors on its own");
     bool strict = false;
     app.add_flag("--strict", strict,
                  "Treat every warning, note or message as a usage error: exit 2, write nothing");
@@ -162,6 +177,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     std::vector<Repair> capacitorRepairs;
     try {
         capacitorRepairs = ApplyOptions(options, state, *boxes, settings);
+        settings.build.notchPartsIndependent = notchIndependent;
         if (options.Has("--seed")) seed = SeedOption(options);
         plotSize = PlotSizeOption(options);
         if (options.Has("--plot") && !IsPlotFileName(options.Get("--plot")))
@@ -197,6 +213,12 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
             plot->DrawRun(view, traces, run == 0);
         }
     };
+    if (autoCaps) {
+        // The prototype comes from a calculation; the capacitors then go into the real one.
+        ToleranceRandom scratch(seed);
+        Calculate(state, boxes->Parameters(), settings, *results, scratch, {true, nullptr});
+        ChooseCapacitors(state, settings);
+    }
     ToleranceRandom random(seed);
     Calculate(state, boxes->Parameters(), settings, *results, random, calculation);
 
@@ -216,6 +238,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
                         repair.repaired + "\"");
     for (const auto* notes : {&results->reportNotes, &results->capacitorNotes})
         for (const std::string& note : *notes) diagnostics.Say("note: " + note);
+    for (const std::string& warning : results->checks.warnings)
+        diagnostics.Say("warning: " + warning);
     outcome.messages = diagnostics.texts;
     if (strict && !outcome.messages.empty()) {
         err << "nerivane-cli: --strict: the run had " << outcome.messages.size()

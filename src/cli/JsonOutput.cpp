@@ -80,6 +80,14 @@ void Design(JsonWriter& json, const CliOutcome& o) {
     number("gbw_hz", s.OpAmpGainBandwidth);
     number("ro_ohm", s.OpAmpOutputResistance);
     integer("runs", s.Tolerance == ToleranceMode::WorstCase ? o.settings.worstCaseRuns : 1);
+    const BuildOptions& build = o.settings.build;
+    text("opamp_model", OpAmpModelNames[static_cast<std::size_t>(build.opAmpModel)]);
+    text("res_series", ResistorSeriesNames[static_cast<std::size_t>(build.resistorSeries)]);
+    number("r_min_ohm", build.minPracticalOhms);
+    number("r_max_ohm", build.maxPracticalOhms);
+    number("input_amplitude_v", build.inputAmplitudeVolts);
+    json.Key("notch_independent");
+    json.Bool(build.notchPartsIndependent);
     integer("sweep_index", Index(s.SweepIndex));
     number("threshold_db", s.PhaseThreshold);
     Numbers(json, "c1_f", s.SectionC1, MaxSections);
@@ -129,6 +137,45 @@ void Components(JsonWriter& json, const CliOutcome& o) {
     json.EndArray();
 }
 
+// What each stage needs, and the notch as listed; a first-order stage's Q and a GBW no op amp
+// reaches are null.
+void Stages(JsonWriter& json, const CliOutcome& o) {
+    const auto number = [&json](const char* key, double value) {
+        json.Key(key);
+        if (std::isfinite(value))
+            json.Number(value);
+        else
+            json.Null();
+    };
+    json.Key("stages");
+    json.BeginArray();
+    for (const StageNeeds& stage : o.results.checks.stages) {
+        json.BeginObject();
+        number("f0_hz", stage.f0Hz);
+        number("q", stage.q);
+        number("gain", stage.gain);
+        number("peak_gain_db", stage.peakGainDb);
+        number("peak_gain_hz", stage.peakGainHz);
+        number("gbw_needed_hz", stage.gainBandwidthHz);
+        number("slew_rate_v_per_us", stage.slewRateVPerUs);
+        number("q_spread", stage.qSpread);
+        json.EndObject();
+    }
+    json.EndArray();
+    if (!o.results.checks.notch) return;
+    const NotchAsListed& notch = *o.results.checks.notch;
+    json.Key("notch");
+    json.BeginObject();
+    number("depth_db", notch.depthDb);
+    number("depth_hz", notch.depthHz);
+    number("exact_shunt_depth_db", notch.exactShuntDepthDb);
+    json.Key("rounded_shunt_sections");
+    json.BeginArray();
+    for (int s : notch.roundedShuntSections) json.Integer(s);
+    json.EndArray();
+    json.EndObject();
+}
+
 void Response(JsonWriter& json, const CliOutcome& o) {
     const int n = o.results.points;
     json.Key("response");
@@ -170,6 +217,7 @@ void WriteResultJson(const CliOutcome& o, const std::function<void(std::string_v
     Prototype(json, o);
     Components(json, o);
     Texts(json, "report", o.results.report);
+    Stages(json, o);
     Numbers(json, "frequency_hz", o.results.frequencies.data(), o.results.points);
     Response(json, o);
     TraceArrays(json, o);

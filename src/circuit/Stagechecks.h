@@ -1,0 +1,71 @@
+// What the built circuit asks of its parts and op amps, stage by stage: each section's f0, Q
+// and gain, the largest gain from the filter's input to its output, the op amp it needs to
+// stay within 0.1 dB of its ideal response and the slew rate a full-scale sine needs; the
+// notch's depth with its parts as listed; and the warnings an engineer should not miss.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "circuit/Circuitanalysis.h"
+#include "circuit/Components.h"
+#include "circuit/Componentsettings.h"
+
+namespace nerivane {
+
+struct StageNeeds {
+    double f0Hz = 0.0;  // the corner of a first-order section
+    double q = 0.0;     // NaN for a first-order section
+    double gain = 0.0;  // pass-band gain as a ratio (its magnitude)
+    // From the filter's input to this stage's output, over the sweep.
+    double peakGainDb = 0.0;
+    double peakGainHz = 0.0;
+    // The smallest single-pole op amp that keeps the stage within 0.1 dB of its ideal
+    // response wherever that is within 20 dB of its peak; NaN when none up to 10 THz does.
+    double gainBandwidthHz = 0.0;
+    double slewRateVPerUs = 0.0;  // for a sine of the input amplitude through to this stage
+    // How far the parts' tolerances can move Q, summed over every part (NaN first order).
+    double qSpread = 0.0;
+};
+
+// The notch with its shunt capacitor as bought, against the shunt of exactly 2 C1.
+struct NotchAsListed {
+    double depthDb = 0.0;  // the deepest point of the response
+    double depthHz = 0.0;
+    double exactShuntDepthDb = 0.0;
+    std::vector<int> roundedShuntSections;  // where C2 is not exactly 2 C1
+};
+
+struct BuildChecks {
+    std::vector<StageNeeds> stages;
+    std::optional<NotchAsListed> notch;
+    std::vector<std::string> warnings;
+};
+
+struct BuildCheckInputs {
+    Topology topology = Topology::VcvsLowPass;
+    int numSections = 1;
+    const SectionComponents* parts = nullptr;
+    const ComponentSettings* settings = nullptr;
+    bool idealOpAmp = true;
+    std::span<const double> frequencies;  // the sweep
+};
+
+BuildChecks CheckBuild(const BuildCheckInputs& inputs);
+
+// The tolerances' share of Q beyond which a stage is too touchy to build.
+inline constexpr double MaxQSpread = 0.25;
+// A model difference worth a word, in dB.
+inline constexpr double ModelDifferenceLimitDb = 0.5;
+
+// The largest departure in dB of a section with a single-pole op amp of this GBW (0 ohms)
+// from its ideal response, over the points of the sweep within 20 dB of the ideal peak.
+double DepartureFromIdealDb(Topology topology, const WorkingComponents& parts, double gainBandwidth,
+                            std::span<const double> frequencies);
+
+// The report's lines after the circuit values: one block per stage, the notch, the warnings.
+std::vector<std::string> BuildCheckLines(const BuildChecks& checks);
+
+}  // namespace nerivane

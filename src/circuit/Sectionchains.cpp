@@ -7,7 +7,7 @@
 namespace nerivane {
 namespace {
 
-// Derived from the node equations by scripts/derive-section-chains.py; edit the script, not
+// Derived from the node equations by docs/derivations/section_chains.py; edit the script, not
 // these functions.
 // clang-format off
 ChainPolynomials VcvsLowPassChain(const WorkingComponents& c, double Ro) {

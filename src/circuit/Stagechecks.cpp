@@ -387,19 +387,18 @@ std::vector<std::string> BuildCheckLines(const BuildChecks& checks) {
     lines.emplace_back("What each stage needs");
     for (std::size_t s = 0; s < checks.stages.size(); ++s) {
         const StageNeeds& stage = checks.stages[s];
-        lines.push_back(SectionName(static_cast<int>(s)) +
-                        ": f0 = " + FormatEngineering(stage.f0Hz, 2, "Hz") +
+        lines.push_back(SectionName(static_cast<int>(s)) + ": f0 " +
+                        FormatEngineering(stage.f0Hz, 2, "Hz") +
                         (std::isnan(stage.q) ? std::string(", first order")
-                                             : ", Q = " + FormatGeneral(stage.q, 4)) +
-                        ", gain = " + FormatGeneral(stage.gain, 4));
-        lines.push_back("  largest gain from the input " + FormatFixedPlain(stage.peakGainDb, 2) +
-                        " dB at " + FormatEngineering(stage.peakGainHz, 2, "Hz") + ", slew rate " +
-                        FormatGeneral(stage.slewRateVPerUs, 3) + " V/us");
-        lines.push_back("  op amp for 0.1 dB: " +
+                                             : ", Q " + FormatGeneral(stage.q, 4)) +
+                        ", gain " + FormatGeneral(stage.gain, 4));
+        lines.push_back("  peak " + FormatFixedPlain(stage.peakGainDb, 2) + " dB at " +
+                        FormatEngineering(stage.peakGainHz, 2, "Hz"));
+        lines.push_back("  slew rate " + FormatGeneral(stage.slewRateVPerUs, 3) + " V/us");
+        lines.push_back("  GBW for 0.1 dB " +
                         (std::isnan(stage.gainBandwidthHz)
-                             ? std::string("more than 10 THz")
-                             : FormatEngineering(stage.gainBandwidthHz, 2, "Hz")) +
-                        " gain-bandwidth");
+                             ? std::string("over 10 THz")
+                             : FormatEngineering(stage.gainBandwidthHz, 2, "Hz")));
     }
     if (checks.notch) {
         const NotchAsListed& notch = *checks.notch;

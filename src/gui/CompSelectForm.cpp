@@ -1,5 +1,6 @@
 #include "gui/CompSelectForm.h"
 
+#include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -72,6 +73,7 @@ struct TCompSelectForm::Widgets {
     LineEditBox gainBandwidth;
     LineEditBox outputResistance;
     LineEditBox worstCaseRuns;
+    QComboBox* resistorSeries;
 };
 
 TCompSelectForm::TCompSelectForm(QWidget* parent) : QDialog(parent) {
@@ -81,6 +83,16 @@ TCompSelectForm::TCompSelectForm(QWidget* parent) : QDialog(parent) {
 
     const ClassGroup resistors = NewClassGroup(*this, QStringLiteral("Resistors"), "Resistor");
     const ClassGroup capacitors = NewClassGroup(*this, QStringLiteral("Capacitors"), "Capacitor");
+
+    // The tolerance class's series stays the default; the decade series are what shops stock.
+    auto* seriesBox = new QComboBox(this);
+    seriesBox->setObjectName(QStringLiteral("ResistorSeriesBox"));
+    seriesBox->addItem(QStringLiteral("Series of the tolerance class"));
+    for (const char* name : {"E48", "E96", "E192"}) seriesBox->addItem(QString::fromLatin1(name));
+    connect(seriesBox, &QComboBox::activated, this, &TCompSelectForm::ComponentChanged);
+    auto* seriesLayout = new QHBoxLayout;
+    seriesLayout->addWidget(new QLabel(QStringLiteral("Standard resistors"), this));
+    seriesLayout->addWidget(seriesBox, 1);
 
     auto* worstCaseBox = NewParameterBox(BoxId::WorstCaseRuns, this);
     auto* worstCaseLabel = new QLabel(CaptionOf(BoxId::WorstCaseRuns), this);
@@ -115,6 +127,7 @@ TCompSelectForm::TCompSelectForm(QWidget* parent) : QDialog(parent) {
 
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(classLayout);
+    layout->addLayout(seriesLayout);
     layout->addLayout(worstCaseLayout);
     layout->addWidget(opAmpGroup);
     layout->addLayout(buttonLayout);
@@ -122,7 +135,7 @@ TCompSelectForm::TCompSelectForm(QWidget* parent) : QDialog(parent) {
 
     widgets_ = std::make_unique<Widgets>(resistors.buttons, capacitors.buttons,
                                          LineEditBox(gainBandwidthBox), LineEditBox(outputZBox),
-                                         LineEditBox(worstCaseBox));
+                                         LineEditBox(worstCaseBox), seriesBox);
     // The dialog opens on the classes a new design starts with.
     const ComponentSettings defaults;
     SelectClasses(defaults.capacitorClass.percent, defaults.resistorClass.percent);
@@ -145,6 +158,12 @@ EditBox& TCompSelectForm::WorstCaseRunsBox() {
 void TCompSelectForm::ReadClasses(ComponentSettings& settings) const {
     if (const ToleranceClass* c = CheckedClass(widgets_->capacitors)) settings.capacitorClass = *c;
     if (const ToleranceClass* c = CheckedClass(widgets_->resistors)) settings.resistorClass = *c;
+    settings.build.resistorSeries =
+        static_cast<ResistorSeries>(widgets_->resistorSeries->currentIndex());
+}
+
+void TCompSelectForm::SelectSeries(ResistorSeries series) {
+    widgets_->resistorSeries->setCurrentIndex(static_cast<int>(series));
 }
 
 void TCompSelectForm::SelectClasses(int capacitorPercent, int resistorPercent) {

@@ -25,8 +25,11 @@ class TCompSelectForm : public QDialog {
     EditBox& GainBandwidthBox();
     EditBox& OutputResistanceBox();
     EditBox& WorstCaseRunsBox();
-    // The checked classes: the first checked of 20 %, 10 %, 5 %, 2 %, 1 % for each series.
+    // The checked classes: the first checked of 20 %, 10 %, 5 %, 2 %, 1 % for each series, and
+    // the resistor series.
     void ReadClasses(ComponentSettings& settings) const;
+    // The resistor series chosen in the list, read with the classes; shown quietly.
+    void SelectSeries(ResistorSeries series);
     // Checks the buttons of these classes quietly (no recalculation), as loading a design does.
     void SelectClasses(int capacitorPercent, int resistorPercent);
 

@@ -51,6 +51,7 @@ TTopForm::TTopForm(QWidget* parent)
     central->setObjectName(QStringLiteral("MainPanel"));
     setCentralWidget(central);
     BuildControls(*central, *widgets_);
+    BuildStatusLine(*statusBar(), *widgets_);
     BuildMenus();
     boxes_ = std::make_unique<TopFormBoxes>(*widgets_);
     recent_ = std::make_unique<RecentDesigns>(widgets_->prevFileMenus);

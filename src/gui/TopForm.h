@@ -123,6 +123,9 @@ class TTopForm final : public QMainWindow {
     void SavePlotBitmapMenuClick();
     void PrintScreenMenuClick();
     void CircuitInfoMenuClick();
+    // Each section's capacitors from the series, its resistors nearest the practical range's
+    // middle; the design is calculated again.
+    void ChooseCapacitorsMenuClick();
     void ReadOutMenuClick(ReadOutMode mode);
     void PhaseMenuClick(PhaseMode mode);
     void MagnitudeMenuClick(MagnitudeMode mode);
@@ -147,6 +150,10 @@ class TTopForm final : public QMainWindow {
     bool StepByWheel(QObject* box, int angleDelta, bool coarse);
     void ReadSettingsFile();
     void WriteSettingsFile();
+    // The build options' own file: read at start, written whenever the options change.
+    void ReadBuildOptionsFile();
+    void WriteBuildOptionsFile();
+    void ShowStatusLine();
     void LoadControlsFromRecord();
     void RememberDesignFile(const std::string& path);
     std::string DesignName() const;
@@ -159,6 +166,7 @@ class TTopForm final : public QMainWindow {
 
     DesignState state_;
     ComponentSettings settings_;
+    BuildOptions writtenBuildOptions_;  // as the build options file holds them
     ControlStates controls_;
     std::unique_ptr<DesignResults> results_;
     bool calculated_ = false;

@@ -4,6 +4,7 @@
 #include <QPrintDialog>
 #include <QPrinter>
 
+#include "app/Capacitorchoice.h"
 #include "files/Regularfiles.h"
 #include "gui/AboutForm.h"
 #include "gui/CompSelectForm.h"
@@ -65,6 +66,7 @@ void TTopForm::ConnectMenuActions() {
             [this] { ShowWindow(dialogs_.compSelect); });
     on(w.schematicMenu, [this] { ShowWindow(dialogs_.schematic); });
     on(w.dcBiasToolMenu, [this] { ShowWindow(dialogs_.dcBias); });
+    on(w.chooseCapacitorsMenu, &TTopForm::ChooseCapacitorsMenuClick);
     on(w.thresholdMenu, [this] { ShowWindow(dialogs_.options); });
     on(w.aboutMenu, [this] { ShowWindow(dialogs_.about); });
 
@@ -124,6 +126,14 @@ void TTopForm::CircuitInfoMenuClick() {
     if (dialogs_.help != nullptr)
         dialogs_.help->ShowCircuitInfo(state_.TopologyIndex,
                                        CircuitPictureOf(state_.TopologyIndex));
+}
+
+void TTopForm::ChooseCapacitorsMenuClick() {
+    // The prototype comes from the last calculation; the section panel's boxes follow the
+    // chosen values when the design is calculated again.
+    if (!calculated_) return;
+    ChooseCapacitors(state_, settings_);
+    CalcButtonClick();
 }
 
 void TTopForm::ReadOutMenuClick(ReadOutMode mode) {

@@ -5,6 +5,7 @@
 #include <QScrollBar>
 
 #include "app/Plotview.h"
+#include "app/Statusline.h"
 #include "gui/CompSelectForm.h"
 #include "gui/MessageSink.h"
 #include "gui/OptionsForm.h"
@@ -59,7 +60,11 @@ void TTopForm::Calculate(bool singlePass) {
     TopFormWidgets& w = *widgets_;
     state_.IdealOpAmp = w.idealOpAmpCheckBox->isChecked();
     state_.AutoScale = w.autoScaleCheckBox->isChecked();
+    Messages optionMessages;
+    settings_.build = dialogs_.options->ReadBuildOptions(settings_.build, optionMessages);
     dialogs_.compSelect->ReadClasses(settings_);
+    ShowMessages(optionMessages);
+    WriteBuildOptionsFile();
     CalculationOptions options;
     options.singlePass = singlePass;
     bool painted = false;
@@ -135,6 +140,17 @@ void TTopForm::ShowResults() {
     w.c2Label->setText(QString::fromStdString(results.hints.suggestedC2Text));
     w.c2Panel->setVisible(results.hints.c2PanelVisible);
     ShowCapacitorBoxColours();
+    ShowStatusLine();
+}
+
+void TTopForm::ShowStatusLine() {
+    const TopFormWidgets& w = *widgets_;
+    w.designStatus->setText(QString::fromStdString(DesignSummaryText(state_)));
+    const std::vector<std::string>& warnings = results_->checks.warnings;
+    w.warningsStatus->setText(QString::fromStdString(WarningsSummaryText(warnings)));
+    QString all;
+    for (const std::string& warning : warnings) all += QString::fromStdString(warning) + '\n';
+    w.warningsStatus->setToolTip(all.trimmed());
 }
 
 void TTopForm::ShowCapacitorBoxColours() {

@@ -216,6 +216,18 @@ QWidget* BuildControlPanel(QWidget& central, TopFormWidgets& w) {
 
 }  // namespace
 
+void BuildStatusLine(QStatusBar& bar, TopFormWidgets& w) {
+    w.designStatus = new QLabel(&bar);
+    w.designStatus->setObjectName(QStringLiteral("DesignStatus"));
+    w.warningsStatus = new QLabel(&bar);
+    w.warningsStatus->setObjectName(QStringLiteral("WarningsStatus"));
+    QPalette palette = w.warningsStatus->palette();
+    palette.setColor(QPalette::WindowText, QColor(160, 0, 0));
+    w.warningsStatus->setPalette(palette);
+    bar.addWidget(w.designStatus);
+    bar.addWidget(w.warningsStatus, 1);
+}
+
 void BuildControls(QWidget& central, TopFormWidgets& w) {
     w.controlPanel = BuildControlPanel(central, w);
     w.basePanel = BuildBasePanel(central, w);

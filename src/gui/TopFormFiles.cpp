@@ -10,6 +10,7 @@
 #include "app/Picturefiles.h"
 #include "app/Recordcontrols.h"
 #include "files/Atomicwrite.h"
+#include "files/Buildoptionsfile.h"
 #include "files/Designrecord.h"
 #include "files/Filesaveread.h"
 #include "files/Regularfiles.h"
@@ -41,10 +42,34 @@ void TTopForm::ReadSettingsFile() {
     dialogs_.options->ThresholdBox().SetText(settings.thresholdText);
     state_.ReadOut =
         settings.readOutMode == 0 ? ReadOutMode::GraphPosition : ReadOutMode::ValueAtFrequency;
+    ReadBuildOptionsFile();
 }
 
 const std::array<std::string, RecentFileCount>& TTopForm::RecentFiles() const {
     return recent_->Files();
+}
+
+void TTopForm::ReadBuildOptionsFile() {
+    if (directories_.userFilesDir.empty()) return;
+    for (const std::string& message :
+         nerivane::ReadBuildOptionsFile(directories_.userFilesDir, settings_.build))
+        WindowMessages().ShowMessage(message, "Error");
+    writtenBuildOptions_ = settings_.build;
+    dialogs_.options->ShowBuildOptions(settings_.build);
+    dialogs_.compSelect->SelectSeries(settings_.build.resistorSeries);
+}
+
+void TTopForm::WriteBuildOptionsFile() {
+    if (directories_.userFilesDir.empty() || settings_.build == writtenBuildOptions_) return;
+    std::string reason;
+    if (nerivane::WriteBuildOptionsFile(directories_.userFilesDir, settings_.build, &reason)) {
+        writtenBuildOptions_ = settings_.build;
+    } else {
+        WindowMessages().ShowMessage(std::string("The options could not be saved in \"") +
+                                         BuildOptionsFileName + "\": " + reason,
+                                     "Error");
+        writtenBuildOptions_ = settings_.build;  // said once, not on every keystroke
+    }
 }
 
 void TTopForm::WriteSettingsFile() {

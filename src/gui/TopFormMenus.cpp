@@ -87,6 +87,7 @@ void BuildToolMenus(QMenuBar& bar, TopFormWidgets& w) {
     w.componentsMenu = NewItem(parts, "ComponentsMenu", "Components");
     w.dcBiasToolMenu = NewItem(parts, "DCBiasToolMenu", "DC Bias Tool");
     w.schematicMenu = NewItem(parts, "SchematicMenu", "Schematic");
+    w.chooseCapacitorsMenu = NewItem(parts, "ChooseCapacitorsMenu", "Choose Capacitors");
 
     QMenu& plot = *NewMenu(bar, "PlotOptionsMenu", "Plot Options");
     w.graphPositionReadOutMenu =

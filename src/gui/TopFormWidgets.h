@@ -9,6 +9,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QStatusBar>
 #include <array>
 
 #include "gui/LineEditBox.h"
@@ -82,6 +83,9 @@ struct TopFormWidgets {
     QWidget* controlPanel;  // everything above the plot, left of the section panel
     QPlainTextEdit* memo;
     PlotBox* bitMap;
+    // The status line: the design held, and the build warnings of the last calculation.
+    QLabel* designStatus;
+    QLabel* warningsStatus;
 
     // Menu items. The selection items are indexed by the record value they select; the
     // sweep that only F7 reaches has none.
@@ -100,6 +104,7 @@ struct TopFormWidgets {
     QAction* componentsMenu;
     QAction* dcBiasToolMenu;
     QAction* schematicMenu;
+    QAction* chooseCapacitorsMenu;
     QAction* graphPositionReadOutMenu;
     QAction* valueAtFrquencyReadOutMenu;
     QAction* dBMagMenu;
@@ -114,6 +119,7 @@ struct TopFormWidgets {
 
 // Builds every control of the central widget (the menus are built by the window).
 void BuildControls(QWidget& central, TopFormWidgets& widgets);
+void BuildStatusLine(QStatusBar& bar, TopFormWidgets& widgets);
 // The section panel, built into widgets.
 QWidget* BuildBasePanel(QWidget& central, TopFormWidgets& widgets);
 

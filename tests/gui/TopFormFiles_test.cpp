@@ -5,6 +5,7 @@
 // hold is the file-format and command-line tests' concern.
 #include <unistd.h>
 
+#include <QComboBox>
 #include <QPrinter>
 #include <QTextBrowser>
 #include <cstdlib>
@@ -112,6 +113,35 @@ TEST_F(WindowFiles, RecentFilesSurviveARestartAndMissingOnesAreDropped) {
     Restart();
     const std::string expected[] = {Path("c.kq_opamp"), Path("a.kq_opamp"), ""};
     for (int i = 0; i < 3; ++i) EXPECT_EQ(form().RecentFiles()[i], expected[i]) << i;
+    EXPECT_TRUE(messages.messages.empty());
+}
+
+// The build options are chosen in the dialogs, kept in their own file beside the settings file
+// (which keeps its own lines) and back after a restart; the status line names the design held
+// and its warnings; "Choose Capacitors" brings a 60 Hz notch's megohms down.
+TEST_F(WindowFiles, BuildOptionsSurviveARestartAndTheStatusLineFollowsTheDesign) {
+    Start(&directories);
+    Find<QComboBox>("OpAmpModelBox").setCurrentIndex(1);
+    Find<QComboBox>("ResistorSeriesBox").setCurrentIndex(2);
+    Find<QLineEdit>("MaxResistanceBox").setText("1M");
+    Act("IdealOpAmpCheckBox");
+    Type("F0Box", "0.06");
+    Act("VCVSNotch");
+    const std::string written = Read(directories.userFilesDir + "/Build Options.txt");
+    EXPECT_NE(written.find("opamp-model = single-pole\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("resistor-series = e96\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("max-practical-ohms = 1e+06\n"), std::string::npos) << written;
+    EXPECT_TRUE(Find<QLabel>("DesignStatus").text().startsWith("VCVS Notch, Adjustable Gauss, 3"));
+    EXPECT_TRUE(Find<QLabel>("WarningsStatus").text().contains("outside the practical range"));
+
+    Act("ChooseCapacitorsMenu");
+    EXPECT_FALSE(Find<QLabel>("WarningsStatus").text().contains("outside the practical range"))
+        << Find<QLabel>("WarningsStatus").text().toStdString();
+    Restart();
+    EXPECT_EQ(Find<QComboBox>("OpAmpModelBox").currentIndex(), 1);
+    EXPECT_EQ(Find<QComboBox>("ResistorSeriesBox").currentIndex(), 2);
+    EXPECT_EQ(Find<QLineEdit>("MaxResistanceBox").text(), "1M\u03A9");
+    EXPECT_EQ(Read(directories.userFilesDir + "/Settings.txt").find("opamp"), std::string::npos);
     EXPECT_TRUE(messages.messages.empty());
 }
 

@@ -1,9 +1,19 @@
 # Chain (ABCD) parameters of each section circuit, with op-amp gain A and output resistance Ro.
-#!/usr/bin/env python3
-# Derives the chain parameters of the seven section circuits (and the first-order variants of
-# the high passes) from their node equations, with the op amp as a source A*(v+ - v-) behind Ro,
-# and prints them as the C++ functions of src/circuit/Sectionchains.cpp. Needs python3-sympy;
-# run it again after changing a circuit and paste its output over the derived functions.
+#!/usr/bin/python3
+"""Derives the chain parameters of the seven section circuits (and the first-order variants of
+the high passes) from their node equations, and prints them as the derived functions of
+src/circuit/Sectionchains.cpp.
+
+Run with Debian's interpreter and python3-sympy:
+
+    /usr/bin/python3 docs/derivations/section_chains.py
+
+The op amp is a source A*(v(p) - v(m)) behind the output resistance Ro. Each section is solved
+twice with a one-volt input: output open (I2 = 0) and output shorted (V2 = 0); the four chain
+parameters A = V1/V2, C = I1/V2, B = V1/I2, D = I1/I2 are brought over one common denominator,
+and every coefficient is checked to be a line in A. Paste the output over the derived
+functions after changing a circuit.
+"""
 import sympy as sp, sys
 s,A,Ro=sp.symbols('s A Ro')
 R1,R2,R3,R4,C1,C2,Ca,Cb,Cc=sp.symbols('R1 R2 R3 R4 C1 C2 Ca Cb Cc')

@@ -392,7 +392,9 @@ std::vector<std::string> BuildCheckLines(const BuildChecks& checks) {
                         (std::isnan(stage.q) ? std::string(", first order")
                                              : ", Q " + FormatGeneral(stage.q, 4)) +
                         ", gain " + FormatGeneral(stage.gain, 4));
-        lines.push_back("  peak " + FormatFixedPlain(stage.peakGainDb, 2) + " dB at " +
+        // Rounded first, so a loss of a few thousandths of a dB does not read "-0.00".
+        const double peakDb = std::round(stage.peakGainDb * 100.0) / 100.0 + 0.0;
+        lines.push_back("  peak " + FormatFixedPlain(peakDb, 2) + " dB at " +
                         FormatEngineering(stage.peakGainHz, 2, "Hz"));
         lines.push_back("  slew rate " + FormatGeneral(stage.slewRateVPerUs, 3) + " V/us");
         lines.push_back("  GBW for 0.1 dB " +

@@ -42,6 +42,11 @@ PartsListRow PartRow(const PartsListDesign& design, const SectionCircuit& circui
                  : resistor && decadeSeries ? DecadeSeriesName(settings.build.resistorSeries)
                                             : SeriesName(toleranceClass);
     row.tolerance = ToleranceCaption(toleranceClass);
+    const bool notchShunt = design.topology == Topology::VcvsNotch && part.value == PartValue::C2;
+    if (notchShunt && placed && values.C2 != 2.0 * values.C1) {
+        row.alternative = "two C1 (" + FormatEngineering(values.C1, 2, "F") +
+                          ") in parallel: exactly 2 C1";
+    }
     return row;
 }
 
@@ -94,13 +99,14 @@ std::vector<PartsListRow> PartsList(const PartsListDesign& design) {
 
 std::string PartsListCsv(const std::vector<PartsListRow>& rows) {
     std::string text =
-        "designator,section,role,kind,value,exact_value,series,tolerance,same_value_count\n";
+        "designator,section,role,kind,value,exact_value,series,tolerance,same_value_count,"
+        "alternative\n";
     for (const PartsListRow& row : rows) {
         const std::string exact = std::isnan(row.exactValue) ? "" : ExactText(row.exactValue);
         text += Field(row.designator) + "," + std::to_string(row.section) + "," + Field(row.role) +
                 "," + Field(row.kind) + "," + Field(row.printed) + "," + exact + "," +
                 Field(row.series) + "," + Field(row.tolerance) + "," +
-                std::to_string(row.sameValueCount) + "\n";
+                std::to_string(row.sameValueCount) + "," + Field(row.alternative) + "\n";
     }
     return text;
 }

@@ -21,6 +21,9 @@ struct PartsListRow {
     std::string series;
     std::string tolerance;
     int sameValueCount;  // parts of this kind with this value, this one included
+    // What else fits: a notch's shunt capacitor that is not exactly 2 C1 can be two C1 in
+    // parallel.
+    std::string alternative = {};
 };
 
 struct PartsListDesign {
@@ -33,8 +36,8 @@ struct PartsListDesign {
 
 std::vector<PartsListRow> PartsList(const PartsListDesign& design);
 
-// designator,section,role,kind,value,exact_value,series,tolerance,same_value_count: a header
-// and one line per row, fields with a comma or a quote quoted.
+// designator,section,role,kind,value,exact_value,series,tolerance,same_value_count,
+// alternative: a header and one line per row, fields with a comma or a quote quoted.
 std::string PartsListCsv(const std::vector<PartsListRow>& rows);
 
 }  // namespace nerivane

@@ -44,8 +44,8 @@ PartsListRow PartRow(const PartsListDesign& design, const SectionCircuit& circui
     row.tolerance = ToleranceCaption(toleranceClass);
     const bool notchShunt = design.topology == Topology::VcvsNotch && part.value == PartValue::C2;
     if (notchShunt && placed && values.C2 != 2.0 * values.C1) {
-        row.alternative = "two C1 (" + FormatEngineering(values.C1, 2, "F") +
-                          ") in parallel: exactly 2 C1";
+        row.alternative =
+            "two C1 (" + FormatEngineering(values.C1, 2, "F") + ") in parallel: exactly 2 C1";
     }
     return row;
 }

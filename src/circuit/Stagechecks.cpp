@@ -21,6 +21,7 @@ constexpr double ShownRangeDb = 20.0;          // the GBW is checked within this
 constexpr double ModelComparisonDb = 40.0;     // the models are compared within this of the peak
 constexpr double LargestGainBandwidth = 1e13;  // Hz; beyond it no op amp is worth naming
 constexpr double MinGainBandwidth = 1e3;       // the smallest the op-amp box takes
+constexpr double GridStepsPerDecade = 240.0;   // the GBW found is a point 1 % apart from the next
 
 // The ideal response, N/D with both the lines' slopes: A without limit and Ro = 0.
 struct IdealSection {
@@ -152,7 +153,7 @@ double GainBandwidthNeeded(const ChainPolynomials& chain, const Comparison& all,
         const double departure = Departure(chain, comparison, g);
         if (departure <= AllowedDepartureDb) {
             high = std::min(high, g);
-            if (departure >= AllowedDepartureDb * 0.995 || g <= MinGainBandwidth) break;
+            if (departure >= AllowedDepartureDb * 0.99 || g <= MinGainBandwidth) break;
         } else {
             low = std::max(low, g);
         }
@@ -176,9 +177,21 @@ double GainBandwidthNeeded(const ChainPolynomials& chain, const Comparison& all,
         if (g > LargestGainBandwidth) return NaN;
     }
     if (!std::isfinite(high)) return NaN;
-    while (Departure(chain, all, high) > AllowedDepartureDb && high <= LargestGainBandwidth)
-        high *= 1.01;
-    return high <= LargestGainBandwidth ? high : NaN;
+    // The answer is a point of a fixed grid, the smallest that passes on every point: the
+    // search's own path (which a build's rounding can bend) does not show in it.
+    const auto gridPoint = [](int k) { return std::pow(10.0, k / GridStepsPerDecade); };
+    const auto passesAll = [&](int k) {
+        return Departure(chain, all, gridPoint(k)) <= AllowedDepartureDb;
+    };
+    const int lowest =
+        static_cast<int>(std::ceil(std::log10(MinGainBandwidth) * GridStepsPerDecade));
+    const int highest =
+        static_cast<int>(std::floor(std::log10(LargestGainBandwidth) * GridStepsPerDecade));
+    int k = std::clamp(static_cast<int>(std::ceil(std::log10(high) * GridStepsPerDecade)), lowest,
+                       highest);
+    while (k > lowest && passesAll(k - 1)) --k;
+    while (k <= highest && !passesAll(k)) ++k;
+    return k <= highest ? gridPoint(k) : NaN;
 }
 
 bool IsFitted(double value) {
@@ -256,6 +269,7 @@ Deepest DeepestPoint(const std::vector<WorkingComponents>& sections, const OpAmp
         const double db = 20.0 * std::log10(ComplexAbs(h[k]));
         if (db < deepest.db) deepest = {db, fine[k]};
     }
+    deepest.db = std::max(deepest.db, NotchDepthFloorDb);
     return deepest;
 }
 
@@ -342,7 +356,7 @@ BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
             if (squared > peak) peak = squared, stage.peakGainHz = inputs.frequencies[k];
             fastest = std::max(fastest, inputs.frequencies[k] * inputs.frequencies[k] * squared);
         }
-        stage.peakGainDb = 10.0 * std::log10(peak);
+        stage.peakGain = std::sqrt(peak);
         stage.slewRateVPerUs = TwoPi * std::sqrt(fastest) * build.inputAmplitudeVolts * 1e-6;
         stage.qSpread =
             std::isnan(stage.q) ? NaN : QSpread(inputs.topology, parts, stage.q, settings);
@@ -393,7 +407,7 @@ std::vector<std::string> BuildCheckLines(const BuildChecks& checks) {
                                              : ", Q " + FormatGeneral(stage.q, 4)) +
                         ", gain " + FormatGeneral(stage.gain, 4));
         // Rounded first, so a loss of a few thousandths of a dB does not read "-0.00".
-        const double peakDb = std::round(stage.peakGainDb * 100.0) / 100.0 + 0.0;
+        const double peakDb = std::round(2000.0 * std::log10(stage.peakGain)) / 100.0 + 0.0;
         lines.push_back("  peak " + FormatFixedPlain(peakDb, 2) + " dB at " +
                         FormatEngineering(stage.peakGainHz, 2, "Hz"));
         lines.push_back("  slew rate " + FormatGeneral(stage.slewRateVPerUs, 3) + " V/us");
@@ -404,10 +418,13 @@ std::vector<std::string> BuildCheckLines(const BuildChecks& checks) {
     }
     if (checks.notch) {
         const NotchAsListed& notch = *checks.notch;
-        lines.push_back(
-            "Notch depth with the parts as listed: " + FormatFixedPlain(notch.depthDb, 1) +
-            " dB at " + FormatEngineering(notch.depthHz, 2, "Hz") +
-            " (with C2 exactly 2 C1: " + FormatFixedPlain(notch.exactShuntDepthDb, 1) + " dB)");
+        const auto depth = [](double db) {
+            return db <= NotchDepthFloorDb ? "below " + FormatFixedPlain(db, 0) + " dB"
+                                           : FormatFixedPlain(db, 1) + " dB";
+        };
+        lines.push_back("Notch depth with the parts as listed: " + depth(notch.depthDb) + " at " +
+                        FormatEngineering(notch.depthHz, 2, "Hz") +
+                        " (with C2 exactly 2 C1: " + depth(notch.exactShuntDepthDb) + ")");
         for (int s : notch.roundedShuntSections) {
             lines.push_back(SectionName(s) +
                             ": C2 is the standard value nearest 2 C1; two C1 in parallel "

@@ -19,8 +19,8 @@ struct StageNeeds {
     double f0Hz = 0.0;  // the corner of a first-order section
     double q = 0.0;     // NaN for a first-order section
     double gain = 0.0;  // pass-band gain as a ratio (its magnitude)
-    // From the filter's input to this stage's output, over the sweep.
-    double peakGainDb = 0.0;
+    // From the filter's input to this stage's output, over the sweep, as a ratio.
+    double peakGain = 0.0;
     double peakGainHz = 0.0;
     // The smallest single-pole op amp that keeps the stage within 0.1 dB of its ideal
     // response wherever that is within 20 dB of its peak; NaN when none up to 10 THz does.
@@ -30,7 +30,11 @@ struct StageNeeds {
     double qSpread = 0.0;
 };
 
-// The notch with its shunt capacitor as bought, against the shunt of exactly 2 C1.
+// Depths below this are rounding, not a notch anyone can measure.
+inline constexpr double NotchDepthFloorDb = -200.0;
+
+// The notch with its shunt capacitor as bought, against the shunt of exactly 2 C1; each depth
+// at least NotchDepthFloorDb.
 struct NotchAsListed {
     double depthDb = 0.0;  // the deepest point of the response
     double depthHz = 0.0;

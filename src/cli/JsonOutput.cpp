@@ -154,7 +154,7 @@ void Stages(JsonWriter& json, const CliOutcome& o) {
         number("f0_hz", stage.f0Hz);
         number("q", stage.q);
         number("gain", stage.gain);
-        number("peak_gain_db", stage.peakGainDb);
+        number("peak_gain", stage.peakGain);
         number("peak_gain_hz", stage.peakGainHz);
         number("gbw_needed_hz", stage.gainBandwidthHz);
         number("slew_rate_v_per_us", stage.slewRateVPerUs);

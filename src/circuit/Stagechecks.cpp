@@ -180,8 +180,8 @@ double GainBandwidthNeeded(const ChainPolynomials& chain, const Comparison& all,
     // The answer is a point of a fixed grid, the smallest that passes on every point: the
     // search's own path (which a build's rounding can bend) does not show in it.
     const auto gridPoint = [](int k) { return std::pow(10.0, k / GridStepsPerDecade); };
-    const auto passesAll = [&](int k) {
-        return Departure(chain, all, gridPoint(k)) <= AllowedDepartureDb;
+    const auto passesOn = [&](const Comparison& points, int k) {
+        return Departure(chain, points, gridPoint(k)) <= AllowedDepartureDb;
     };
     const int lowest =
         static_cast<int>(std::ceil(std::log10(MinGainBandwidth) * GridStepsPerDecade));
@@ -189,8 +189,11 @@ double GainBandwidthNeeded(const ChainPolynomials& chain, const Comparison& all,
         static_cast<int>(std::floor(std::log10(LargestGainBandwidth) * GridStepsPerDecade));
     int k = std::clamp(static_cast<int>(std::ceil(std::log10(high) * GridStepsPerDecade)), lowest,
                        highest);
-    while (k > lowest && passesAll(k - 1)) --k;
-    while (k <= highest && !passesAll(k)) ++k;
+    // The smallest grid point that passes on every fourth point; below it nothing passes on
+    // all of them, so all the points need checking only from there up.
+    while (k > lowest && passesOn(comparison, k - 1)) --k;
+    while (k <= highest && !passesOn(comparison, k)) ++k;
+    while (k <= highest && !passesOn(all, k)) ++k;
     return k <= highest ? gridPoint(k) : NaN;
 }
 

@@ -51,6 +51,19 @@ std::vector<std::string> LoweredCapacitorNotes(const DesignState& state,
 
 }  // namespace
 
+ComponentInputs ComponentInputsOf(const DesignState& state) {
+    ComponentInputs inputs;
+    inputs.topology = state.TopologyIndex;
+    inputs.numSections = state.NumSections;
+    inputs.selectedSection = state.SelectedSection;
+    inputs.f0 = state.F0;
+    inputs.bandwidth = state.BandWidth;
+    inputs.gain = state.SectionGain;
+    inputs.sectionC1 = state.SectionC1;
+    inputs.sectionC2 = state.SectionC2;
+    return inputs;
+}
+
 void LayOutFrequencyAxis(DesignState& state, std::span<double> axis) {
     const SweepLimits limits = SweepLimitsFor(state.SweepIndex, state.F0);
     state.FreqMin = limits.start;
@@ -103,17 +116,8 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
                                        state.Gamma, state.Sections);
     if (results.prototype.note) results.reportNotes.emplace_back(results.prototype.note);
 
-    ComponentInputs inputs;
-    inputs.topology = state.TopologyIndex;
-    inputs.numSections = state.NumSections;
-    inputs.selectedSection = state.SelectedSection;
-    inputs.f0 = state.F0;
-    inputs.bandwidth = state.BandWidth;
-    inputs.gain = state.SectionGain;
-    inputs.sectionC1 = state.SectionC1;
-    inputs.sectionC2 = state.SectionC2;
-    CalculateComponents(inputs, state.Sections, settings, results.parts, results.hints,
-                        results.messages);
+    CalculateComponents(ComponentInputsOf(state), state.Sections, settings, results.parts,
+                        results.hints, results.messages);
     results.capacitorNotes = LoweredCapacitorNotes(state, results.parts);
 
     results.points = PlotPoints;

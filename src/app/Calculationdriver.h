@@ -52,6 +52,10 @@ struct DesignResults {
     Traces runTraces;
 };
 
+// What the value calculation takes from the design: its circuit, sections, frequencies, gain
+// and capacitors.
+ComponentInputs ComponentInputsOf(const DesignState& state);
+
 // FreqMin, FreqMax and the 1024-point axis of the sweep; the first point is always a tenth
 // of the second.
 void LayOutFrequencyAxis(DesignState& state, std::span<double> axis);

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "app/Calculationdriver.h"
 #include "circuit/Sectioncircuits.h"
 #include "circuit/Valuecalculations.h"
 
@@ -43,12 +44,7 @@ void ChooseCapacitors(DesignState& state, const ComponentSettings& settings) {
     double c1[MaxSections], c2[MaxSections];
     std::copy(std::begin(state.SectionC1), std::end(state.SectionC1), c1);
     std::copy(std::begin(state.SectionC2), std::end(state.SectionC2), c2);
-    ComponentInputs inputs;
-    inputs.topology = state.TopologyIndex;
-    inputs.numSections = state.NumSections;
-    inputs.f0 = state.F0;
-    inputs.bandwidth = state.BandWidth;
-    inputs.gain = state.SectionGain;
+    ComponentInputs inputs = ComponentInputsOf(state);
     inputs.sectionC1 = c1;
     inputs.sectionC2 = c2;
     SectionComponents parts{};

@@ -140,35 +140,28 @@ void Components(JsonWriter& json, const CliOutcome& o) {
 // What each stage needs, and the notch as listed; a first-order stage's Q and a GBW no op amp
 // reaches are null.
 void Stages(JsonWriter& json, const CliOutcome& o) {
-    const auto number = [&json](const char* key, double value) {
-        json.Key(key);
-        if (std::isfinite(value))
-            json.Number(value);
-        else
-            json.Null();
-    };
     json.Key("stages");
     json.BeginArray();
-    for (const StageNeeds& stage : o.results.checks.stages) {
-        json.BeginObject();
-        number("f0_hz", stage.f0Hz);
-        number("q", stage.q);
-        number("gain", stage.gain);
-        number("peak_gain", stage.peakGain);
-        number("peak_gain_hz", stage.peakGainHz);
-        number("gbw_needed_hz", stage.gainBandwidthHz);
-        number("slew_rate_v_per_us", stage.slewRateVPerUs);
-        number("q_spread", stage.qSpread);
-        json.EndObject();
-    }
+    for (const StageNeeds& stage : o.results.checks.stages)
+        NamedNumbers(json, {{"f0_hz", stage.f0Hz},
+                            {"q", stage.q},
+                            {"gain", stage.gain},
+                            {"peak_gain", stage.peakGain},
+                            {"peak_gain_hz", stage.peakGainHz},
+                            {"gbw_needed_hz", stage.gainBandwidthHz},
+                            {"slew_rate_v_per_us", stage.slewRateVPerUs},
+                            {"q_spread", stage.qSpread}});
     json.EndArray();
     if (!o.results.checks.notch) return;
     const NotchAsListed& notch = *o.results.checks.notch;
     json.Key("notch");
     json.BeginObject();
-    number("depth_db", notch.depthDb);
-    number("depth_hz", notch.depthHz);
-    number("exact_shunt_depth_db", notch.exactShuntDepthDb);
+    for (const auto& [key, value] :
+         {std::pair{"depth_db", notch.depthDb}, std::pair{"depth_hz", notch.depthHz},
+          std::pair{"exact_shunt_depth_db", notch.exactShuntDepthDb}}) {
+        json.Key(key);
+        json.Number(value);
+    }
     json.Key("rounded_shunt_sections");
     json.BeginArray();
     for (int s : notch.roundedShuntSections) json.Integer(s);

@@ -102,7 +102,7 @@ PlotView TTopForm::CurrentPlotView() {
 void TTopForm::PaintRun(int run, const Traces& traces) {
     // The reference is drawn over the nominal picture only, simulated again over this sweep.
     const bool withReference = run == 0 && reference_.isSet && state_.PlotReference;
-    if (withReference) ReSimulateReference(reference_, state_);
+    if (withReference) ReSimulateReference(reference_, state_, settings_.build.opAmpModel);
     plot_->PaintRun(run, run == 0 ? CurrentPlotView() : plot_->View(), traces,
                     withReference ? reference_.traces.get() : nullptr);
 }

@@ -34,7 +34,17 @@ class Circuit {
 
     // v(out) / v(in) at s = j w, in driven by a one-volt source.
     std::complex<double> Transfer(const std::string& in, const std::string& out, double w) {
+        return Drive(in, out, w, false).vOut;
+    }
+
+    // The section as a two-port driven by one volt at in: v(out) and the current into in, and
+    // with out shorted to ground the current out delivers into the short.
+    struct Port {
+        std::complex<double> vOut, iIn, iOut;
+    };
+    Port Drive(const std::string& in, const std::string& out, double w, bool outShorted) {
         std::vector<Source> sources = sources_;
+        if (outShorted) sources.push_back({Node(out), 0, 0, 0, 1.0L});
         sources.push_back({Node(in), 0, 0, 0, 1.0L});
         const int output = Node(out), nodes = static_cast<int>(names_.size()) - 1;
         const int n = nodes + static_cast<int>(sources.size());
@@ -68,8 +78,13 @@ class Circuit {
                     for (int k = n; k >= col; --k)
                         m[row][k] -= m[row][col] / m[col][col] * m[col][k];
         }
-        const Value v = m[output - 1][n] / m[output - 1][output - 1];
-        return {static_cast<double>(v.real()), static_cast<double>(v.imag())};
+        const auto unknown = [&m, n](int k) {
+            const Value v = m[k - 1][n] / m[k - 1][k - 1];
+            return std::complex<double>(static_cast<double>(v.real()),
+                                        static_cast<double>(v.imag()));
+        };
+        // A source's current is the one leaving its plus node through the source.
+        return {unknown(output), -unknown(n), outShorted ? unknown(n - 1) : 0.0};
     }
 
   private:

@@ -14,6 +14,7 @@
 
 #include "Nodal.h"
 #include "circuit/Circuitanalysis.h"
+#include "circuit/Sectionchains.h"
 #include "circuit/Sectioncircuits.h"
 
 namespace nerivane {
@@ -33,13 +34,13 @@ constexpr double GainBandwidth = 1e7;
 // The circuit that draws and exports the section, solved node by node, with the two rules of
 // the section responses: a follower's open R3 is simulated as (Ro + 1) * 10 kΩ, and the
 // notch's shunt capacitor is exactly 2 * C1.
-std::complex<double> NodeSolution(Topology topology, const WorkingComponents& p, double w, double A,
-                                  double Ro) {
+nodal::Circuit NodalCircuit(Topology topology, const WorkingComponents& p, double A, double Ro,
+                            bool notchShuntAsDesigned) {
     WorkingComponents simulated = p;
     if (p.R3 >= NotUsedThreshold &&
         (topology == Topology::VcvsLowPass || topology == Topology::VcvsHighPass))
         simulated.R3 = (Ro + 1.0) * 10000.0;
-    if (topology == Topology::VcvsNotch) simulated.C2 = 2.0 * p.C1;
+    if (topology == Topology::VcvsNotch && notchShuntAsDesigned) simulated.C2 = 2.0 * p.C1;
     nodal::Circuit c;
     for (const CircuitPart& part : CircuitOf(topology).Parts()) {
         const char* a = NodeName(part.from);
@@ -55,7 +56,12 @@ std::complex<double> NodeSolution(Topology topology, const WorkingComponents& p,
     if (pins.plus == Node::Gnd) c.Wire("p", "gnd");
     if (pins.minus == Node::Out) c.Wire("m", "out");
     c.OpAmp("p", "m", "out", A, Ro);
-    return c.Transfer("in", "out", w);
+    return c;
+}
+
+std::complex<double> NodeSolution(Topology topology, const WorkingComponents& p, double w, double A,
+                                  double Ro) {
+    return NodalCircuit(topology, p, A, Ro, true).Transfer("in", "out", w);
 }
 
 // Sections of 1 kHz designs, resistors to four digits.
@@ -118,6 +124,42 @@ TEST(Sectionresponses, SimulatedSectionsMatchTheNodeSolutionOfTheirCircuit) {
                         << section.name << " f=" << f << " A=" << gain << " Ro=" << Ro;
                 }
             }
+}
+
+// The two-ports of the op amp with phase, at a constant gain, against the node solve of the
+// circuit as listed (the notch with its stored shunt): the response and input current with the
+// output open, and with it shorted the currents at both ends. Every term counts at a low gain
+// behind a large output resistance.
+TEST(Sectionchains, EveryChainParameterIsTheNodeSolutionOfItsCircuit) {
+    const auto at = [](const GainLinear& g, double w, double A) {
+        const Complex plain = PolynomialAt(g.at0, w), gained = PolynomialAt(g.slope, w);
+        return std::complex(plain.re + A * gained.re, plain.im + A * gained.im);
+    };
+    const auto near = [](std::complex<double> got, std::complex<double> want) {
+        return std::abs(got - want) <= 1e-9 * std::abs(want);
+    };
+    for (const Section& section : Sections)
+        for (const double A : {1.0, 30.0, 1e5})
+            for (const double Ro : {0.0, 47.0, 3e3})
+                for (const double f : Frequencies) {
+                    const double w = TwoPi * f;
+                    const ChainPolynomials p = ChainOf(section.topology, section.parts, Ro);
+                    const auto a = at(p.a, w, A), b = at(p.b, w, A), c = at(p.c, w, A);
+                    const auto d = at(p.d, w, A), common = at(p.common, w, A);
+                    nodal::Circuit circuit =
+                        NodalCircuit(section.topology, section.parts, A, Ro, false);
+                    const nodal::Circuit::Port open = circuit.Drive("in", "out", w, false);
+                    EXPECT_TRUE(near(common / a, open.vOut) && near(c / a, open.iIn))
+                        << section.name << " f=" << f << " A=" << A << " Ro=" << Ro;
+                    if (Ro == 0.0) {
+                        EXPECT_TRUE(b == 0.0 && d == 0.0) << section.name;
+                        continue;
+                    }
+                    const nodal::Circuit::Port shorted = circuit.Drive("in", "out", w, true);
+                    EXPECT_TRUE(near(common / b, shorted.iOut) && near(d / b, shorted.iIn))
+                        << section.name << " f=" << f << " A=" << A << " Ro=" << Ro << " "
+                        << common / b << " " << shorted.iOut << " " << d / b << " " << shorted.iIn;
+                }
 }
 
 // Dividing by the larger part of d first keeps |d|^2 from overflowing or underflowing; a zero

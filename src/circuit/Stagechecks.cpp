@@ -79,47 +79,76 @@ double PassBandGain(Topology topology, const IdealSection& ideal, double f0Hz) {
     }
 }
 
-// The points a departure is measured at, with the ideal response there.
+// The points a departure is measured at, with what the op amp's gain does not change there:
+// the numerator's and denominator's two lines in A (N = n0 + A n1, D = d0 + A d1) and the
+// ideal response's squared magnitude |n1 / d1|^2.
 struct Comparison {
     std::vector<double> w;
+    std::vector<Complex> n0, n1, d0, d1;
     std::vector<double> idealSquared;
 };
 
-Comparison ComparisonFor(const IdealSection& ideal, std::span<const double> frequencies) {
-    std::vector<double> squared(frequencies.size());
+__attribute__((target_clones("arch=x86-64-v3", "default"))) Comparison ComparisonFor(
+    const IdealSection& ideal, std::span<const double> frequencies) {
+    const std::size_t n = frequencies.size();
+    Comparison all;
+    for (auto* v : {&all.n0, &all.n1, &all.d0, &all.d1}) v->resize(n);
+    all.w.resize(n);
+    all.idealSquared.resize(n);
     double peak = 0.0;
-    for (std::size_t k = 0; k < frequencies.size(); ++k) {
+    for (std::size_t k = 0; k < n; ++k) {
         const double w = TwoPi * frequencies[k];
-        const Complex n = PolynomialAt(ideal.chain.common.slope, w);
-        const Complex d = PolynomialAt(ideal.chain.a.slope, w);
-        squared[k] = (n.re * n.re + n.im * n.im) / (d.re * d.re + d.im * d.im);
-        peak = std::max(peak, squared[k]);
+        all.w[k] = w;
+        all.n0[k] = PolynomialAt(ideal.chain.common.at0, w);
+        all.n1[k] = PolynomialAt(ideal.chain.common.slope, w);
+        all.d0[k] = PolynomialAt(ideal.chain.a.at0, w);
+        all.d1[k] = PolynomialAt(ideal.chain.a.slope, w);
+        const Complex nk = all.n1[k], dk = all.d1[k];
+        all.idealSquared[k] = (nk.re * nk.re + nk.im * nk.im) / (dk.re * dk.re + dk.im * dk.im);
+        peak = std::max(peak, all.idealSquared[k]);
     }
-    Comparison comparison;
+    // Only the points within range of the peak stay, in place.
     const double floor = peak * std::pow(10.0, -ShownRangeDb / 10.0);
-    for (std::size_t k = 0; k < frequencies.size(); ++k) {
-        if (!(squared[k] >= floor)) continue;
-        comparison.w.push_back(TwoPi * frequencies[k]);
-        comparison.idealSquared.push_back(squared[k]);
+    std::size_t kept = 0;
+    for (std::size_t k = 0; k < n; ++k) {
+        if (!(all.idealSquared[k] >= floor)) continue;
+        all.w[kept] = all.w[k], all.n0[kept] = all.n0[k], all.n1[kept] = all.n1[k];
+        all.d0[kept] = all.d0[k], all.d1[kept] = all.d1[k];
+        all.idealSquared[kept] = all.idealSquared[k];
+        ++kept;
     }
-    return comparison;
+    for (auto* v : {&all.n0, &all.n1, &all.d0, &all.d1}) v->resize(kept);
+    all.w.resize(kept);
+    all.idealSquared.resize(kept);
+    return all;
 }
 
-// Squared magnitudes throughout and the logarithm taken once: the search calls this a dozen
-// times per section on every calculation, so the loop is kept free of branches and built for
-// AVX2 as well.
-__attribute__((target_clones("arch=x86-64-v3", "default"))) double Departure(
-    const ChainPolynomials& chain, const Comparison& comparison, double gainBandwidth) {
+// Every step-th point of a comparison.
+Comparison Thinned(const Comparison& all, std::size_t step) {
+    Comparison some;
+    for (std::size_t k = 0; k < all.w.size(); k += step) {
+        some.w.push_back(all.w[k]);
+        some.n0.push_back(all.n0[k]), some.n1.push_back(all.n1[k]);
+        some.d0.push_back(all.d0[k]), some.d1.push_back(all.d1[k]);
+        some.idealSquared.push_back(all.idealSquared[k]);
+    }
+    return some;
+}
+
+// The largest dB departure over the points; squared magnitudes throughout and the logarithm
+// taken once, and no branch in the loop, which is built for AVX2 as well: the search calls
+// this a few times per section on every calculation.
+__attribute__((target_clones("arch=x86-64-v3", "default"))) double Departure(const Comparison& c,
+                                                                             double gainBandwidth) {
     const PhaseGain gain = PhaseGainOf(gainBandwidth);
     double highest = 1.0, lowest = 1.0;
-    const std::size_t points = comparison.w.size();
+    const std::size_t points = c.w.size();
     for (std::size_t k = 0; k < points; ++k) {
-        const double w = comparison.w[k];
-        const Complex lag{1.0, w * gain.inversePole};
-        const Complex n = GainLinearAt(chain.common, w, lag, gain.dcGain);
-        const Complex d = GainLinearAt(chain.a, w, lag, gain.dcGain);
-        const double ratio = (n.re * n.re + n.im * n.im) /
-                             ((d.re * d.re + d.im * d.im) * comparison.idealSquared[k]);
+        const Complex lag{1.0, c.w[k] * gain.inversePole};
+        const Complex n = c.n0[k] * lag + c.n1[k] * gain.dcGain;
+        const Complex d = c.d0[k] * lag + c.d1[k] * gain.dcGain;
+        const double ratio =
+            (n.re * n.re + n.im * n.im) / ((d.re * d.re + d.im * d.im) * c.idealSquared[k]);
         highest = std::max(highest, ratio);
         lowest = std::min(lowest, ratio);
     }
@@ -128,72 +157,74 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) double Departure(
     return std::isnan(db) ? INFINITY : db;
 }
 
-// Every step-th point of a comparison.
-Comparison Thinned(const Comparison& comparison, std::size_t step) {
-    Comparison thinned;
-    for (std::size_t k = 0; k < comparison.w.size(); k += step) {
-        thinned.w.push_back(comparison.w[k]);
-        thinned.idealSquared.push_back(comparison.idealSquared[k]);
+// To first order in 1 / A the section is the ideal one times 1 + (n0 / n1 - d0 / d1) / A(jw),
+// and with A = A0 / (1 + jw / wp) and A0 wp = GBW the departure falls as 1 / GBW: the GBW
+// where the first-order departure is 0.1 dB, the search's first guess.
+double FirstOrderGuess(const Comparison& c) {
+    const SinglePoleOpAmp opAmp = SinglePoleOf(1e6);  // any GBW up to 10 MHz: fp = 100 Hz
+    double worst = 0.0;
+    for (std::size_t k = 0; k < c.w.size(); ++k) {
+        const Complex e = DivideScaled(c.n0[k], c.n1[k]) - DivideScaled(c.d0[k], c.d1[k]);
+        const Complex lag{TwoPi * opAmp.poleHz, c.w[k]};  // (wp + jw) / wp ...
+        const double share = (e * lag).re / TwoPi;        // ... times wp / (2 pi GBW)
+        if (std::isfinite(share)) worst = std::max(worst, std::fabs(share));
     }
-    return thinned;
+    return 20.0 / std::log(10.0) * worst / AllowedDepartureDb;
 }
 
-// The smallest GBW, within 1 %, whose departure is at most 0.1 dB. A fast enough op amp moves
-// a section by about k / GBW, so steps along the secant of log departure against log GBW
-// (slope -1 to start) find it in a few evaluations on every fourth point; a bisection takes
-// over should they stall. Whatever is found is then raised until all the points pass.
-double GainBandwidthNeeded(const ChainPolynomials& chain, const Comparison& all, double f0Hz) {
-    const Comparison comparison = Thinned(all, 4);
-    const double target = std::log(AllowedDepartureDb);
-    double low = 0.0, high = INFINITY;  // a failing and a passing GBW, once found
-    double g = std::clamp(100.0 * f0Hz, MinGainBandwidth, LargestGainBandwidth);
-    if (!std::isfinite(g)) g = MinGainBandwidth;
-    double previousG = 0.0, previousLog = 0.0;
-    for (int iteration = 0; iteration < 60; ++iteration) {
-        const double departure = Departure(chain, comparison, g);
-        if (departure <= AllowedDepartureDb) {
-            high = std::min(high, g);
-            if (departure >= AllowedDepartureDb * 0.99 || g <= MinGainBandwidth) break;
-        } else {
-            low = std::max(low, g);
+// The smallest index in [lowest, highest] the predicate passes, the predicate rising with the
+// index: galloping from start, then halving.
+template <typename Passes>
+int SmallestPassing(int lowest, int highest, int start, const Passes& passes) {
+    int fail = lowest - 1, pass = highest + 1;
+    start = std::clamp(start, lowest, highest);
+    if (passes(start)) {
+        pass = start;
+        for (int step = 1; pass - step >= lowest; step *= 2) {
+            if (!passes(pass - step)) {
+                fail = pass - step;
+                break;
+            }
+            pass -= step;
         }
-        if (high / low <= 1.01) break;
-        double slope = -1.0;
-        const double logDeparture = std::log(std::max(departure, 1e-300));
-        if (previousG > 0.0 && previousG != g && std::isfinite(departure))
-            slope = (logDeparture - previousLog) / (std::log(g) - std::log(previousG));
-        previousG = g, previousLog = logDeparture;
-        double next = std::isfinite(departure) && slope < -0.1
-                          ? g * std::exp((target - logDeparture) / slope)
-                          : g * 4.0;
-        // Stay inside the bracket, towards its middle when the step would leave it.
-        if (std::isfinite(high) && low > 0.0 && !(next > low * 1.001 && next < high / 1.001))
-            next = std::sqrt(low * high);
-        else if (std::isfinite(high) && !(next < high))
-            next = high / 2.0;
-        else if (low > 0.0 && !(next > low))
-            next = low * 4.0;
-        g = std::clamp(next, MinGainBandwidth, LargestGainBandwidth * 2.0);
-        if (g > LargestGainBandwidth) return NaN;
+    } else {
+        fail = start;
+        for (int step = 1; fail + step <= highest; step *= 2) {
+            if (passes(fail + step)) {
+                pass = fail + step;
+                break;
+            }
+            fail += step;
+        }
     }
-    if (!std::isfinite(high)) return NaN;
-    // The answer is a point of a fixed grid, the smallest that passes on every point: the
-    // search's own path (which a build's rounding can bend) does not show in it.
+    while (pass - fail > 1) {
+        const int middle = fail + (pass - fail) / 2;
+        (passes(middle) ? pass : fail) = middle;
+    }
+    return pass;
+}
+
+// The smallest GBW of a fixed grid, 1 % a step, that keeps the section within 0.1 dB of its
+// ideal response: searched on every fourth point from the first-order guess, then raised until
+// every point passes (a GBW that fails on some points fails on all of them). A grid point
+// rather than a number the search lands on, so a build's rounding does not show in it; NaN
+// when none up to 10 THz does.
+double GainBandwidthNeeded(const IdealSection& ideal, std::span<const double> frequencies,
+                           double f0Hz) {
+    const Comparison all = ComparisonFor(ideal, frequencies);
+    const Comparison some = Thinned(all, 4);
     const auto gridPoint = [](int k) { return std::pow(10.0, k / GridStepsPerDecade); };
-    const auto passesOn = [&](const Comparison& points, int k) {
-        return Departure(chain, points, gridPoint(k)) <= AllowedDepartureDb;
+    const auto indexOf = [](double gbw) {
+        return static_cast<int>(std::ceil(std::log10(gbw) * GridStepsPerDecade));
     };
-    const int lowest =
-        static_cast<int>(std::ceil(std::log10(MinGainBandwidth) * GridStepsPerDecade));
-    const int highest =
-        static_cast<int>(std::floor(std::log10(LargestGainBandwidth) * GridStepsPerDecade));
-    int k = std::clamp(static_cast<int>(std::ceil(std::log10(high) * GridStepsPerDecade)), lowest,
-                       highest);
-    // The smallest grid point that passes on every fourth point; below it nothing passes on
-    // all of them, so all the points need checking only from there up.
-    while (k > lowest && passesOn(comparison, k - 1)) --k;
-    while (k <= highest && !passesOn(comparison, k)) ++k;
-    while (k <= highest && !passesOn(all, k)) ++k;
+    const int lowest = indexOf(MinGainBandwidth), highest = indexOf(LargestGainBandwidth) - 1;
+    double guess = FirstOrderGuess(some);
+    if (!(guess >= MinGainBandwidth && guess <= LargestGainBandwidth))
+        guess = std::clamp(100.0 * f0Hz, MinGainBandwidth, LargestGainBandwidth);
+    int k = SmallestPassing(lowest, highest, indexOf(guess), [&](int i) {
+        return Departure(some, gridPoint(i)) <= AllowedDepartureDb;
+    });
+    while (k <= highest && !(Departure(all, gridPoint(k)) <= AllowedDepartureDb)) ++k;
     return k <= highest ? gridPoint(k) : NaN;
 }
 
@@ -330,8 +361,7 @@ std::string Percent(double fraction) {
 
 double DepartureFromIdealDb(Topology topology, const WorkingComponents& parts, double gainBandwidth,
                             std::span<const double> frequencies) {
-    const IdealSection ideal = IdealOf(topology, parts);
-    return Departure(ideal.chain, ComparisonFor(ideal, frequencies), gainBandwidth);
+    return Departure(ComparisonFor(IdealOf(topology, parts), frequencies), gainBandwidth);
 }
 
 BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
@@ -349,8 +379,7 @@ BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
         stage.f0Hz = figures.f0Hz;
         stage.q = figures.q;
         stage.gain = PassBandGain(inputs.topology, ideal, figures.f0Hz);
-        stage.gainBandwidthHz = GainBandwidthNeeded(
-            ideal.chain, ComparisonFor(ideal, inputs.frequencies), figures.f0Hz);
+        stage.gainBandwidthHz = GainBandwidthNeeded(ideal, inputs.frequencies, figures.f0Hz);
         SimulateSection(inputs.topology, parts, opAmp, inputs.frequencies, cumulative);
         double peak = -1.0, fastest = 0.0;  // squared magnitudes
         for (std::size_t k = 0; k < n; ++k) {

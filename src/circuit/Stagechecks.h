@@ -64,11 +64,6 @@ inline constexpr double MaxQSpread = 0.25;
 // A model difference worth a word, in dB.
 inline constexpr double ModelDifferenceLimitDb = 0.5;
 
-// The largest departure in dB of a section with a single-pole op amp of this GBW (0 ohms)
-// from its ideal response, over the points of the sweep within 20 dB of the ideal peak.
-double DepartureFromIdealDb(Topology topology, const WorkingComponents& parts, double gainBandwidth,
-                            std::span<const double> frequencies);
-
 // The report's lines after the circuit values: one block per stage, the notch, the warnings.
 std::vector<std::string> BuildCheckLines(const BuildChecks& checks);
 

@@ -2,6 +2,7 @@
 // of their own: the GBW found is confirmed by the single-pole departure at it and below it,
 // and each warning appears for a design that deserves it.
 #include "circuit/Stagechecks.h"
+#include "circuit/Gainbandwidthneeded.h"
 
 #include <gtest/gtest.h>
 

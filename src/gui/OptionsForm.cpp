@@ -90,13 +90,16 @@ TOptionsForm::TOptionsForm(QWidget* parent) : QDialog(parent) {
     form->addRow(QStringLiteral("Input amplitude (V peak)"), amplitude);
     form->addRow(notchIndependent);
 
+    auto* thresholdLayout = new QHBoxLayout;
+    thresholdLayout->addWidget(thresholdBox);
+    thresholdLayout->addStretch(1);
     auto* buttonLayout = new QHBoxLayout;
-    buttonLayout->addWidget(thresholdBox);
     buttonLayout->addStretch(1);
     buttonLayout->addWidget(applyButton);
     buttonLayout->addWidget(closeButton);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(explanation);
+    layout->addLayout(thresholdLayout);
     layout->addWidget(build);
     layout->addLayout(buttonLayout);
     // Wide enough for the explanation to wrap onto two lines rather than a narrow column.

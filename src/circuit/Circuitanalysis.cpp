@@ -164,6 +164,17 @@ void SimulateSections(Topology topology, std::span<const WorkingComponents> sect
     EndChain(*chain, points, response);
 }
 
+// One section alone, with either model, into the response.
+void MultiplyUnloaded(Topology topology, const WorkingComponents& parts, const OpAmpSpec& opAmp,
+                      const PreparedSweep& sweep, std::span<Complex> response) {
+    if (opAmp.model == OpAmpModel::SinglePole) {
+        MultiplySectionSinglePole(ChainOf(topology, parts, opAmp.outputResistance),
+                                  PhaseGainOf(opAmp.gainBandwidth), sweep, response);
+    } else {
+        MultiplyMagnitudeModel(topology, parts, opAmp.outputResistance, sweep, response);
+    }
+}
+
 // Working space of the chain, only when the single pole asks for it.
 std::unique_ptr<ChainProducts> ChainSpaceFor(const OpAmpSpec& opAmp) {
     if (opAmp.model != OpAmpModel::SinglePole) return nullptr;
@@ -176,11 +187,18 @@ void SimulateSection(Topology topology, const WorkingComponents& parts, const Op
                      std::span<const double> frequencies, std::span<Complex> response) {
     auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
     PrepareSweep(frequencies, opAmp.gainBandwidth, std::nullopt, *sweep);
-    if (opAmp.model == OpAmpModel::SinglePole) {
-        MultiplySectionSinglePole(ChainOf(topology, parts, opAmp.outputResistance),
-                                  PhaseGainOf(opAmp.gainBandwidth), *sweep, response);
-    } else {
-        MultiplyMagnitudeModel(topology, parts, opAmp.outputResistance, *sweep, response);
+    MultiplyUnloaded(topology, parts, opAmp, *sweep, response);
+}
+
+void SimulateStages(Topology topology, const SectionComponents& parts, int numSections,
+                    const OpAmpSpec& opAmp, std::span<const double> frequencies,
+                    std::span<Complex> response, const std::function<void(int section)>& after) {
+    auto sweep = std::make_unique_for_overwrite<PreparedSweep>();
+    PrepareSweep(frequencies, opAmp.gainBandwidth, std::nullopt, *sweep);
+    for (std::size_t k = 0; k < sweep->points; ++k) response[k] = {1.0, 0.0};
+    for (int s = 0; s < numSections && s < MaxSections; ++s) {
+        MultiplyUnloaded(topology, parts.Section(s), opAmp, *sweep, response);
+        after(s);
     }
 }
 

@@ -43,6 +43,12 @@ OpAmpSpec OpAmpOf(const ComponentSettings& settings);
 void SimulateSection(Topology topology, const WorkingComponents& parts, const OpAmpSpec& opAmp,
                      std::span<const double> frequencies, std::span<Complex> response);
 
+// The response at each stage's output: sections 0, 1, ... multiplied into response one at a
+// time, each unloaded, and after(section) called with the product so far.
+void SimulateStages(Topology topology, const SectionComponents& parts, int numSections,
+                    const OpAmpSpec& opAmp, std::span<const double> frequencies,
+                    std::span<Complex> response, const std::function<void(int section)>& after);
+
 // The same with the op amp's gain held at a constant A (what a SPICE comparison can express).
 void SimulateSectionAtGain(Topology topology, const WorkingComponents& parts, double gain,
                            double outputResistance, std::span<const double> frequencies,

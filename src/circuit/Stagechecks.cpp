@@ -127,30 +127,35 @@ BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
     const ComponentSettings& settings = *inputs.settings;
     const BuildOptions& build = settings.build;
     const std::size_t n = inputs.frequencies.size();
-    std::vector<Complex> cumulative(n, Complex{1.0, 0.0});
-    const OpAmpSpec opAmp = OpAmpOf(settings);
-    for (int s = 0; s < inputs.numSections && s < MaxSections; ++s) {
+    std::vector<Complex> cumulative(n);
+    const int count = std::clamp(inputs.numSections, 0, MaxSections);
+    checks.stages.resize(static_cast<std::size_t>(count));
+    SimulateStages(inputs.topology, *inputs.parts, count, OpAmpOf(settings), inputs.frequencies,
+                   cumulative, [&](int s) {
+                       StageNeeds& stage = checks.stages[static_cast<std::size_t>(s)];
+                       double peak = -1.0, fastest = 0.0;  // squared magnitudes
+                       for (std::size_t k = 0; k < n; ++k) {
+                           const Complex h = cumulative[k];
+                           const double squared = h.re * h.re + h.im * h.im;
+                           const double f = inputs.frequencies[k];
+                           if (squared > peak) peak = squared, stage.peakGainHz = f;
+                           fastest = std::max(fastest, f * f * squared);
+                       }
+                       stage.peakGain = std::sqrt(peak);
+                       stage.slewRateVPerUs =
+                           TwoPi * std::sqrt(fastest) * build.inputAmplitudeVolts * 1e-6;
+                   });
+    for (int s = 0; s < count; ++s) {
         const WorkingComponents parts = inputs.parts->Section(s);
         const IdealSection ideal = IdealOf(inputs.topology, parts);
-        StageNeeds stage;
+        StageNeeds& stage = checks.stages[static_cast<std::size_t>(s)];
         const SectionFigures figures = FiguresOf(inputs.topology, ideal);
         stage.f0Hz = figures.f0Hz;
         stage.q = figures.q;
         stage.gain = figures.gain;
         stage.gainBandwidthHz = GainBandwidthNeeded(ideal, inputs.frequencies, figures.f0Hz);
-        SimulateSection(inputs.topology, parts, opAmp, inputs.frequencies, cumulative);
-        double peak = -1.0, fastest = 0.0;  // squared magnitudes
-        for (std::size_t k = 0; k < n; ++k) {
-            const double squared =
-                cumulative[k].re * cumulative[k].re + cumulative[k].im * cumulative[k].im;
-            if (squared > peak) peak = squared, stage.peakGainHz = inputs.frequencies[k];
-            fastest = std::max(fastest, inputs.frequencies[k] * inputs.frequencies[k] * squared);
-        }
-        stage.peakGain = std::sqrt(peak);
-        stage.slewRateVPerUs = TwoPi * std::sqrt(fastest) * build.inputAmplitudeVolts * 1e-6;
         stage.qSpread =
             std::isnan(stage.q) ? NaN : QSpread(inputs.topology, parts, stage.q, settings);
-        checks.stages.push_back(stage);
 
         const std::string name = SectionName(s);
         if (!inputs.idealOpAmp && !(stage.gainBandwidthHz <= settings.gainBandwidth)) {

@@ -95,19 +95,26 @@ __attribute__((target_clones("arch=x86-64-v3", "default"))) double Departure(con
     return std::isnan(db) ? INFINITY : db;
 }
 
-// To first order in 1 / A the section is the ideal one times 1 + (n0 / n1 - d0 / d1) / A(jw),
-// and with A = A0 / (1 + jw / wp) and A0 wp = GBW the departure falls as 1 / GBW: the GBW
-// where the first-order departure is 0.1 dB, the search's first guess.
-double FirstOrderGuess(const Comparison& c) {
+// To first order in 1 / A the section is the ideal one times 1 + x, x = (n0 / n1 - d0 / d1) /
+// A(jw), and with A = A0 / (1 + jw / wp) and A0 wp = GBW, x = X / GBW. The squared magnitude
+// changes by exactly 2 Re x + |x|^2: the first term falls as 1 / GBW, the second (all there is
+// when x is a pure phase, as in a follower) as 1 / GBW^2. The GBW at which that change reaches
+// 0.1 dB at the worst point is the search's first guess.
+double SecondOrderGuess(const Comparison& c) {
     const SinglePoleOpAmp opAmp = SinglePoleOf(1e6);  // any GBW up to 10 MHz: fp = 100 Hz
+    // The smaller of the two squared-magnitude changes that make 0.1 dB, down and up.
+    const double allowed = 1.0 - std::pow(10.0, -AllowedDepartureDb / 10.0);
     double worst = 0.0;
     for (std::size_t k = 0; k < c.w.size(); ++k) {
         const Complex e = DivideScaled(c.n0[k], c.n1[k]) - DivideScaled(c.d0[k], c.d1[k]);
-        const Complex lag{TwoPi * opAmp.poleHz, c.w[k]};  // (wp + jw) / wp ...
-        const double share = (e * lag).re / TwoPi;        // ... times wp / (2 pi GBW)
-        if (std::isfinite(share)) worst = std::max(worst, std::fabs(share));
+        // (wp + jw) / wp times wp / (2 pi): X, with x = X / GBW.
+        const Complex x = e * Complex{TwoPi * opAmp.poleHz, c.w[k]} * (1.0 / TwoPi);
+        const double a = std::fabs(2.0 * x.re), b = x.re * x.re + x.im * x.im;
+        // The larger root of allowed g^2 - a g - b = 0.
+        const double g = (a + std::sqrt(a * a + 4.0 * b * allowed)) / (2.0 * allowed);
+        if (std::isfinite(g)) worst = std::max(worst, g);
     }
-    return 20.0 / std::log(10.0) * worst / AllowedDepartureDb;
+    return worst;
 }
 
 // The smallest index in [lowest, highest] the predicate passes, the predicate rising with the
@@ -158,7 +165,7 @@ double GainBandwidthNeeded(const IdealSection& ideal, std::span<const double> fr
         return static_cast<int>(std::ceil(std::log10(gbw) * GridStepsPerDecade));
     };
     const int lowest = indexOf(MinGainBandwidth), highest = indexOf(LargestGainBandwidth) - 1;
-    double guess = FirstOrderGuess(some);
+    double guess = SecondOrderGuess(some);
     if (!(guess >= MinGainBandwidth && guess <= LargestGainBandwidth))
         guess = std::clamp(100.0 * f0Hz, MinGainBandwidth, LargestGainBandwidth);
     int k = SmallestPassing(lowest, highest, indexOf(guess), [&](int i) {

@@ -152,6 +152,7 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
     check.settings = &settings;
     check.idealOpAmp = state.IdealOpAmp;
     check.frequencies = axis;
+    check.response = std::span<const Complex>(results.response.data(), PlotPoints);
     results.checks = CheckBuild(check);
     for (std::string& line : BuildCheckLines(results.checks)) results.report.push_back(line);
 }

@@ -50,8 +50,12 @@ void ChooseCapacitors(DesignState& state, const ComponentSettings& settings) {
     SectionComponents parts{};
     SectionPanelHints hints;
     Messages messages;
+    // A section's parts depend on the sections before it (a band pass's real pole shifts the
+    // pairs), never on those after: each try computes up to the section tried.
     const auto tryPair = [&](int s, double first, double second) {
         c1[s] = first, c2[s] = second;
+        inputs.numSections = s + 1;
+        messages.clear();
         CalculateComponents(inputs, state.Sections, settings, parts, hints, messages);
         return Spread(state.TopologyIndex, parts.Section(s), middle);
     };

@@ -94,21 +94,19 @@ NotchAsListed CheckNotch(const BuildCheckInputs& inputs) {
 // the filter's peak.
 Deepest ModelDifference(const BuildCheckInputs& inputs) {
     const std::size_t n = inputs.frequencies.size();
-    std::vector<Complex> magnitudeOnly(n), withPhase(n);
+    std::vector<Complex> other(n);
     OpAmpSpec opAmp = OpAmpOf(*inputs.settings);
-    opAmp.model = OpAmpModel::Magnitude;
+    opAmp.model =
+        opAmp.model == OpAmpModel::SinglePole ? OpAmpModel::Magnitude : OpAmpModel::SinglePole;
     SimulateCascade(inputs.topology, *inputs.parts, inputs.numSections, opAmp, inputs.frequencies,
-                    magnitudeOnly);
-    opAmp.model = OpAmpModel::SinglePole;
-    SimulateCascade(inputs.topology, *inputs.parts, inputs.numSections, opAmp, inputs.frequencies,
-                    withPhase);
+                    other);
     double peak = 0.0;
     for (std::size_t k = 0; k < n; ++k)
-        peak = std::max({peak, ComplexAbs(magnitudeOnly[k]), ComplexAbs(withPhase[k])});
+        peak = std::max({peak, ComplexAbs(inputs.response[k]), ComplexAbs(other[k])});
     const double floor = peak * std::pow(10.0, -ModelComparisonDb / 20.0);
     Deepest largest{0.0, 0.0};
     for (std::size_t k = 0; k < n; ++k) {
-        const double a = ComplexAbs(magnitudeOnly[k]), b = ComplexAbs(withPhase[k]);
+        const double a = ComplexAbs(inputs.response[k]), b = ComplexAbs(other[k]);
         if (!(std::max(a, b) >= floor)) continue;
         const double db = std::fabs(20.0 * std::log10(b / a));
         if (db > largest.db) largest = {db, inputs.frequencies[k]};

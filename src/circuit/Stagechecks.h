@@ -55,6 +55,9 @@ struct BuildCheckInputs {
     const ComponentSettings* settings = nullptr;
     bool idealOpAmp = true;
     std::span<const double> frequencies;  // the sweep
+    // The nominal cascade over the sweep as simulated with the chosen op-amp model; only the
+    // other model's is simulated again to compare them.
+    std::span<const Complex> response;
 };
 
 BuildChecks CheckBuild(const BuildCheckInputs& inputs);

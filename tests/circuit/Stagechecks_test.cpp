@@ -34,8 +34,10 @@ Checked Check(Topology topology, int poles, double gainDb, bool ideal, double gb
     c.settings.gainBandwidth = gbw;
     if (change) change(c);
     const std::vector<double> sweep = LogSweep(50.0, 500e3, 1024);
-    c.checks = CheckBuild(
-        {topology, SectionsForPoles(topology, poles), &c.parts, &c.settings, ideal, sweep});
+    const int sections = SectionsForPoles(topology, poles);
+    std::vector<Complex> nominal(sweep.size());
+    SimulateCascade(topology, c.parts, sections, OpAmpOf(c.settings), sweep, nominal);
+    c.checks = CheckBuild({topology, sections, &c.parts, &c.settings, ideal, sweep, nominal});
     return c;
 }
 

@@ -1,6 +1,7 @@
 #include "app/Calculationdriver.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "app/Initializevars.h"
 #include "app/Updownfunctions.h"
@@ -133,16 +134,25 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
     simulation.singlePass = options.singlePass;
     const std::span<Complex> response(results.runResponse.data(), PlotPoints);
     results.runs = 0;
+    std::optional<RequirementChecker> checker;
+    results.requirement = {};
+    if (options.mask) checker.emplace(*options.mask, simulation, random, results.requirement);
+    // Every run's traces go into the envelope and the requirement's check; the front end may
+    // draw them too.
+    const auto finishRun = [&](int run) {
+        MakeRunTraces(run, state, settings, results, response);
+        const Traces& traces = run == 0 ? results.traces : results.runTraces;
+        AddToEnvelope(run, traces, results.envelope);
+        if (checker) checker->CheckRun(run, axis, traces);
+    };
     Simulate(simulation, response, random, [&](int run) {
         results.runs = run + 1;
-        // Later runs only matter to whoever draws them.
-        if (run > 0 && !options.perRun) return;
-        MakeRunTraces(run, state, settings, results, response);
+        finishRun(run);
         if (options.perRun) options.perRun(run, run == 0 ? results.traces : results.runTraces);
     });
     if (options.singlePass) {
         results.runs = 1;
-        MakeRunTraces(0, state, settings, results, response);
+        finishRun(0);
     }
     results.report = CircuitValuesReport(results.parts, state.NumSections);
     BuildCheckInputs check;
@@ -155,6 +165,9 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
     check.response = std::span<const Complex>(results.response.data(), PlotPoints);
     results.checks = CheckBuild(check);
     for (std::string& line : BuildCheckLines(results.checks)) results.report.push_back(line);
+    for (std::string& line :
+         RequirementLines(results.requirement, state.Tolerance == ToleranceMode::WorstCase))
+        results.report.push_back(line);
 }
 
 }  // namespace nerivane

@@ -13,11 +13,13 @@
 
 #include "app/DesignState.h"
 #include "app/Parameterboxes.h"
+#include "app/Requirementcheck.h"
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Componentsettings.h"
 #include "circuit/Stagechecks.h"
 #include "circuit/Valuecalculations.h"
 #include "numerics/Polymain.h"
+#include "response/Traceenvelope.h"
 #include "response/Traces.h"
 
 namespace nerivane {
@@ -47,6 +49,10 @@ struct DesignResults {
     std::array<double, PlotPoints> frequencies{};
     std::array<Complex, PlotPoints> response{};  // the nominal circuit (run 0)
     Traces traces;                               // of the nominal circuit
+    // In worst-case mode, each trace's lowest and highest value at every point over the runs.
+    TraceEnvelope envelope;
+    // The design against the requirement, when the calculation was given one.
+    RequirementCheck requirement;
     // Working space of the tolerance runs, kept here so a calculation allocates nothing.
     std::array<Complex, PlotPoints> runResponse{};
     Traces runTraces;
@@ -71,6 +77,8 @@ struct CalculationOptions {
     // Called after every run with its traces (run 0 is the nominal circuit); the plot draws
     // them. Not called in a single pass.
     std::function<void(int run, const Traces& traces)> perRun;
+    // The requirement every run is checked against, if any.
+    const RequirementMask* mask = nullptr;
 };
 
 void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSettings& settings,

@@ -44,6 +44,10 @@ PlotView PlotViewFor(const DesignState& state, const ControlStates& controls,
     view.pulseEnabled = controls.pulseBoxEnabled;
     view.linearMagnitude = state.Magnitude == MagnitudeMode::Linear;
     view.hilbertPhase = state.Phase == PhaseMode::Hilbert && controls.hilbertPhaseMenuEnabled;
+    if (results.requirement.active) {
+        view.mask = &results.requirement.mask;
+        view.maskReferenceDb = results.requirement.referenceDb;
+    }
     return view;
 }
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 
+#include "app/Statusline.h"
 #include "app/Updownfunctions.h"
 #include "circuit/Valuecalculations.h"
 #include "numerics/Formatfunctions.h"
@@ -403,6 +404,30 @@ std::vector<OrderRow> RequirementOrders(const OrderSearch& search) {
     }
     for (const Response family : Families) rows.push_back(SearchFamily(family, search, centre));
     return rows;
+}
+
+std::vector<std::string> OrderTableLines(const std::vector<OrderRow>& rows, int maxPoles) {
+    std::vector<std::string> lines{"Orders that meet the requirement"};
+    for (const OrderRow& row : rows) {
+        std::string line = "  " + FamilyName(row.family) + ": ";
+        if (!row.Meets()) {
+            lines.push_back(line + "none up to " + std::to_string(maxPoles) + " poles");
+            continue;
+        }
+        line += std::to_string(row.poles) + (row.poles == 1 ? " pole" : " poles") + ", F0 " +
+                FormatEngineering(row.f0Hz, 2, "Hz");
+        if (row.bandwidthHz > 0.0)
+            line += ", band width " + FormatEngineering(row.bandwidthHz, 2, "Hz");
+        if (row.family == Response::Chebyshev)
+            line += ", ripple " + FormatFixedPlain(row.ripple, 3) + " dB";
+        line += ", margins " + FormatFixedPlain(row.passMarginDb, 2) + " / " +
+                FormatFixedPlain(row.stopMarginDb, 2) + " dB, delay variation " +
+                FormatEngineering(row.delayVariationS, 2, "s");
+        if (!std::isnan(row.overshootPercent))
+            line += ", overshoot " + FormatFixedPlain(row.overshootPercent, 1) + " %";
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 OrderSearch OrderSearchFor(const RequirementMask& mask, const DesignState& state) {

@@ -4,6 +4,7 @@
 // evaluates the program's own prototypes, so a row applied to the design meets the mask.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "app/DesignState.h"
@@ -37,6 +38,10 @@ struct OrderRow {
 // One row per family (one for a notch, whose sections do not depend on the family), in the
 // families' order. An impossible mask gives rows that meet nothing.
 std::vector<OrderRow> RequirementOrders(const OrderSearch& search);
+
+// The table as text, a line per family under a heading: poles, F0 (and band width), the
+// margins, delay variation and overshoot, or that no order up to the limit meets the mask.
+std::vector<std::string> OrderTableLines(const std::vector<OrderRow>& rows, int maxPoles);
 
 // The search as the design on screen sets it: its circuit's pole limit, ripple and gamma.
 OrderSearch OrderSearchFor(const RequirementMask& mask, const DesignState& state);

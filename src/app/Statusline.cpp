@@ -21,11 +21,15 @@ std::string NameOf(const std::array<const char*, N>& names, int index) {
 
 }  // namespace
 
+std::string FamilyName(Response family) {
+    return NameOf(FamilyNames, Index(family));
+}
+
 std::string DesignSummaryText(const DesignState& state) {
     std::string text = NameOf(CircuitNames, Index(state.TopologyIndex)) + ", " +
-                       NameOf(FamilyNames, Index(state.ResponseIndex)) + ", " +
-                       std::to_string(state.NumPoles) + (state.NumPoles == 1 ? " pole" : " poles") +
-                       ", F0 " + FormatEngineering(state.F0, 2, "Hz");
+                       FamilyName(state.ResponseIndex) + ", " + std::to_string(state.NumPoles) +
+                       (state.NumPoles == 1 ? " pole" : " poles") + ", F0 " +
+                       FormatEngineering(state.F0, 2, "Hz");
     const bool band = state.TopologyIndex == Topology::VcvsBandPass ||
                       state.TopologyIndex == Topology::MfbBandPass ||
                       state.TopologyIndex == Topology::VcvsNotch;

@@ -12,6 +12,7 @@
 #include "app/Initializevars.h"
 #include "app/Picturefiles.h"
 #include "app/Plotview.h"
+#include "app/Requirementorders.h"
 #include "cli/Applyoptions.h"
 #include "cli/CliBox.h"
 #include "cli/JsonOutput.h"
@@ -80,6 +81,12 @@ const char* const ValueOptions[][2] = {
     {"--r-range", "Practical resistor range MIN,MAX in ohms, for warnings (default 100,10M)"},
     {"--amplitude", "Input amplitude in volts peak, for each stage's slew rate (default 1)"},
     {"--runs", "Worst-case runs (1 to 1000)"},
+    {"--mask",
+     "Requirement the design is checked against, with the orders that meet it: "
+     "fp=1k,ap=1,fs=3k,as=40 (low pass; high pass when fp > fs) or "
+     "fp1=9k,fp2=11k,fs1=7k,fs2=14k,ap=1,as=30 (band pass; a notch when fs1 and fs2 lie "
+     "between fp1 and fp2; f0=... sets the centre). Attenuation counts from the response's "
+     "peak"},
     {"--seed", "Seed of the random tolerance draws (default 1)"},
     {"--sweep", "linear, half-to-double, two-octaves, three-octaves, one-decade, two-decades"},
     {"--threshold", "Phase plot threshold in dB"},
@@ -96,16 +103,6 @@ const char* const ValueOptions[][2] = {
     {"--width", "Width of the plot image in pixels, 64 to 4000 (default 800)"},
     {"--height", "Height of the plot image in pixels, 64 to 4000 (default 500)"},
 };
-
-// The dB magnitude range met at each point over the runs.
-void Envelope(int run, const Traces& traces, WorstCaseEnvelope& envelope) {
-    for (int k = 0; k < PlotPoints; ++k) {
-        const double db = traces.magnitudeDb[k];
-        envelope.dbMin[k] = run == 0 ? db : std::min(envelope.dbMin[k], db);
-        envelope.dbMax[k] = run == 0 ? db : std::max(envelope.dbMax[k], db);
-    }
-    envelope.runs = run + 1;
-}
 
 }  // namespace
 
@@ -175,7 +172,13 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         }
     }
     std::vector<Repair> capacitorRepairs;
+    std::optional<RequirementMask> mask;
     try {
+        if (options.Has("--mask")) {
+            const ParsedMask parsed = ParseMask(options.Get("--mask"));
+            if (!parsed.mask) throw UsageError("--mask: " + parsed.problem);
+            mask = parsed.mask;
+        }
         capacitorRepairs = ApplyOptions(options, state, *boxes, settings);
         settings.build.notchPartsIndependent = notchIndependent;
         if (options.Has("--seed")) seed = SeedOption(options);
@@ -196,7 +199,6 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
 
     const ControlStates controls = UpdateControlStates(state);
     auto results = std::make_unique<DesignResults>();
-    auto envelope = std::make_unique<WorstCaseEnvelope>();
     std::unique_ptr<PlotOutput> plot;
     try {
         if (options.Has("--plot")) plot = std::make_unique<PlotOutput>(plotSize);
@@ -205,8 +207,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         return 1;
     }
     CalculationOptions calculation;
+    calculation.mask = mask ? &*mask : nullptr;
     calculation.perRun = [&](int run, const Traces& traces) {
-        Envelope(run, traces, *envelope);
         if (plot) {
             PlotView view = PlotViewFor(state, controls, *results, plotSize.width, plotSize.height);
             if (run > 0) view.groupDelayScale = results->traces.groupDelayScale;
@@ -221,11 +223,17 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     }
     ToleranceRandom random(seed);
     Calculate(state, boxes->Parameters(), settings, *results, random, calculation);
+    const bool worstCase = state.Tolerance == ToleranceMode::WorstCase;
+    if (plot && worstCase) {
+        PlotView view = PlotViewFor(state, controls, *results, plotSize.width, plotSize.height);
+        plot->DrawEnvelope(view, results->envelope);
+    }
+    std::vector<OrderRow> orders;
+    const OrderSearch search = mask ? OrderSearchFor(*mask, state) : OrderSearch{};
+    if (mask) orders = RequirementOrders(search);
 
     for (const Message& message : results->messages) diagnostics.Show(message);
-    const bool worstCase = state.Tolerance == ToleranceMode::WorstCase;
-    CliOutcome outcome{
-        state, *results, settings, worstCase ? envelope.get() : nullptr, capacitorRepairs, {}};
+    CliOutcome outcome{state, *results, settings, worstCase, orders, capacitorRepairs, {}};
     for (const BoxRule& rule : BoxRules()) {
         const CliBox& box = (*boxes)[rule.id];
         if (rule.adjusted && box.Repaired())
@@ -252,13 +260,20 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
                                options.Has("--spice") || options.Has("--plot") ||
                                options.Has("--schematic") || options.Has("--bom") ||
                                options.Has("--save");
-        if (report || !anyOutput) WriteText("-", ReportText(*results), out, "report");
+        if (report || !anyOutput) {
+            std::string text = ReportText(*results);
+            if (mask)
+                for (const std::string& line : OrderTableLines(orders, search.maxPoles))
+                    text += line + "\n";
+            WriteText("-", text, out, "report");
+        }
         if (options.Has("--json"))
             WriteText(
                 options.Get("--json"),
                 [&outcome](const PieceWriter& write) { WriteResultJson(outcome, write); }, out,
                 "JSON");
-        if (options.Has("--csv")) WriteText(options.Get("--csv"), CsvText(*results), out, "CSV");
+        if (options.Has("--csv"))
+            WriteText(options.Get("--csv"), CsvText(*results, worstCase), out, "CSV");
         if (options.Has("--spice"))
             WriteText(options.Get("--spice"), SpiceText(state, *results, settings), out, "SPICE");
         if (plot) plot->Save(options.Get("--plot"));

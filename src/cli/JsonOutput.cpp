@@ -199,6 +199,96 @@ void TraceArrays(JsonWriter& json, const CliOutcome& o) {
     json.EndObject();
 }
 
+// Each trace's lowest and highest value at every point over the runs; the linear magnitude as
+// |H|, as in the traces.
+void WorstCase(JsonWriter& json, const CliOutcome& o) {
+    const TraceEnvelope& envelope = o.results.envelope;
+    json.Key("worst_case");
+    json.BeginObject();
+    json.Key("runs");
+    json.Integer(envelope.runs);
+    for (const EnvelopeTrace& trace : EnvelopeTraces) {
+        for (const bool high : {false, true}) {
+            std::array<double, TracePoints> values =
+                (high ? envelope.high : envelope.low).*trace.values;
+            if (trace.values == &Traces::magnitudeLinear)
+                for (double& v : values) v = LinearMagnitudeOf(v);
+            Numbers(json, (std::string(trace.name) + (high ? "_max" : "_min")).c_str(),
+                    values.data(), o.results.points);
+        }
+    }
+    json.EndObject();
+}
+
+void Requirement(JsonWriter& json, const CliOutcome& o) {
+    const RequirementCheck& check = o.results.requirement;
+    const RequirementMask& m = check.mask;
+    json.Key("requirement");
+    json.BeginObject();
+    json.Key("mask");
+    json.String(MaskText(m));
+    json.Key("kind");
+    json.String(MaskKindName(m.kind));
+    const bool twoSided = m.kind == MaskKind::BandPass || m.kind == MaskKind::Notch;
+    const int edges = twoSided ? 2 : 1;
+    Numbers(json, "pass_edges_hz", m.passEdgesHz.data(), edges);
+    Numbers(json, "stop_edges_hz", m.stopEdgesHz.data(), edges);
+    if (twoSided) {
+        json.Key("centre_hz");
+        json.Number(MaskCentreHz(m));
+    }
+    for (const auto& [key, value] : {std::pair{"ap_db", m.passDb}, std::pair{"as_db", m.stopDb},
+                                     std::pair{"reference_db", check.referenceDb},
+                                     std::pair{"pass_margin_db", check.nominal.passDb},
+                                     std::pair{"stop_margin_db", check.nominal.stopDb}}) {
+        json.Key(key);
+        json.Number(value);
+    }
+    json.Key("meets");
+    json.Bool(check.nominal.Meets());
+    json.Key("runs");
+    json.Integer(check.runs);
+    json.Key("runs_meeting");
+    json.Integer(check.runsMeeting);
+    json.Key("yield");
+    json.Number(check.runs > 0 ? static_cast<double>(check.runsMeeting) / check.runs : 0.0);
+    json.Key("run_meets");
+    json.BeginArray();
+    for (const std::uint8_t meets : check.runMeets) json.Bool(meets != 0);
+    json.EndArray();
+    json.EndObject();
+}
+
+// One object per family: the fewest poles that meet the mask (null where none up to the
+// circuit's limit does) and that design's figures.
+void Orders(JsonWriter& json, const CliOutcome& o) {
+    json.Key("orders");
+    json.BeginArray();
+    for (const OrderRow& row : o.orders) {
+        json.BeginObject();
+        json.Key("family");
+        json.String(NameOf(ResponseNames, row.family));
+        json.Key("poles");
+        if (row.Meets())
+            json.Integer(row.poles);
+        else
+            json.Null();
+        if (row.Meets()) {
+            for (const auto& [key, value] :
+                 {std::pair{"f0_hz", row.f0Hz}, std::pair{"bandwidth_hz", row.bandwidthHz},
+                  std::pair{"ripple_db", row.ripple}, std::pair{"pass_margin_db", row.passMarginDb},
+                  std::pair{"stop_margin_db", row.stopMarginDb},
+                  std::pair{"delay_variation_s", row.delayVariationS},
+                  std::pair{"overshoot_percent", row.overshootPercent}}) {
+                json.Key(key);
+                json.Number(value);
+            }
+        }
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
 }  // namespace
 
 void WriteResultJson(const CliOutcome& o, const std::function<void(std::string_view)>& write) {
@@ -222,15 +312,9 @@ void WriteResultJson(const CliOutcome& o, const std::function<void(std::string_v
         Numbers(json, "values", o.results.traces.pulse.data(), TracePoints);
         json.EndObject();
     }
-    if (o.worstCase) {
-        json.Key("worst_case");
-        json.BeginObject();
-        json.Key("runs");
-        json.Integer(o.worstCase->runs);
-        Numbers(json, "mag_db_min", o.worstCase->dbMin.data(), PlotPoints);
-        Numbers(json, "mag_db_max", o.worstCase->dbMax.data(), PlotPoints);
-        json.EndObject();
-    }
+    if (o.worstCase) WorstCase(json, o);
+    if (o.results.requirement.active) Requirement(json, o);
+    if (!o.orders.empty()) Orders(json, o);
     json.EndObject();
     json.Finish();
 }

@@ -1,7 +1,8 @@
 // The command line's JSON result: the design as calculated, the repairs made to its boxes,
 // the messages raised, the prototype sections, the parts of every section, the report, the
-// sweep, the nominal response and its traces, the pulse response when computed, and in
-// worst-case mode the dB envelope over the runs. Doubles keep every bit; NaN and infinities
+// sweep, the nominal response and its traces, the pulse response when computed, in worst-case
+// mode each trace's envelope over the runs, and with a requirement its check and the orders
+// that meet it. Doubles keep every bit; NaN and infinities
 // become null; markers and the undrawn-point value are written as the numbers they are.
 #pragma once
 
@@ -13,22 +14,17 @@
 
 #include "app/Calculationdriver.h"
 #include "app/DesignState.h"
+#include "app/Requirementorders.h"
 #include "cli/Applyoptions.h"
 
 namespace nerivane::cli {
-
-// The dB magnitude range met at each point over all runs of a worst-case analysis.
-struct WorstCaseEnvelope {
-    int runs = 0;
-    std::array<double, PlotPoints> dbMin{};
-    std::array<double, PlotPoints> dbMax{};
-};
 
 struct CliOutcome {
     const DesignState& state;
     const DesignResults& results;
     const ComponentSettings& settings;
-    const WorstCaseEnvelope* worstCase;  // null unless in worst-case mode
+    bool worstCase;
+    const std::vector<OrderRow>& orders;  // empty without a requirement
     std::vector<Repair> repairs;
     std::vector<std::string> messages;
 };

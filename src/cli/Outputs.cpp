@@ -54,13 +54,27 @@ std::string ReportText(const DesignResults& results) {
     return text;
 }
 
-std::string CsvText(const DesignResults& results) {
-    std::string text = "frequency_hz,mag_db,mag_linear,phase_deg,hilbert_phase_deg,group_delay_s\n";
+std::string CsvText(const DesignResults& results, bool worstCase) {
+    std::string text = "frequency_hz,mag_db,mag_linear,phase_deg,hilbert_phase_deg,group_delay_s";
+    if (worstCase)
+        for (const EnvelopeTrace& trace : EnvelopeTraces)
+            text += std::string(",") + trace.name + "_min," + trace.name + "_max";
+    text += "\n";
     const Traces& t = results.traces;
     for (int i = 0; i < results.points && i < TracePoints; ++i) {
         text += ExactText(results.frequencies[i]) + "," + ExactText(t.magnitudeDb[i]) + "," +
                 ExactText(ComplexAbs(results.response[i])) + "," + Cell(t.phase[i]) + "," +
-                Cell(t.hilbertPhase[i]) + "," + Cell(t.groupDelay[i]) + "\n";
+                Cell(t.hilbertPhase[i]) + "," + Cell(t.groupDelay[i]);
+        if (worstCase) {
+            for (const EnvelopeTrace& trace : EnvelopeTraces) {
+                for (const Traces* bound : {&results.envelope.low, &results.envelope.high}) {
+                    const double v = ((*bound).*trace.values)[i];
+                    const bool linear = trace.values == &Traces::magnitudeLinear;
+                    text += "," + (linear ? ExactText(LinearMagnitudeOf(v)) : Cell(v));
+                }
+            }
+        }
+        text += "\n";
     }
     return text;
 }

@@ -23,8 +23,10 @@ std::string ReportText(const DesignResults& results);
 
 // frequency_hz,mag_db,mag_linear,phase_deg,hilbert_phase_deg,group_delay_s: one header line and
 // one row per sweep point, 17 significant digits, an undrawn phase or delay point empty.
-// mag_linear is |H| itself (the plot's linear trace is 9 |H| - 9, a drawing scale).
-std::string CsvText(const DesignResults& results);
+// mag_linear is |H| itself (the plot's linear trace is 9 |H| - 9, a drawing scale). A
+// worst-case analysis adds each trace's lowest and highest value over the runs (mag_db_min,
+// mag_db_max, ...).
+std::string CsvText(const DesignResults& results, bool worstCase);
 
 std::string SpiceText(const DesignState& state, const DesignResults& results,
                       const ComponentSettings& settings);

@@ -12,6 +12,10 @@ void PlotOutput::DrawRun(const PlotView& view, const Traces& traces, bool withGr
     DrawPlot(*raster_->NewCanvas(), view, traces, nullptr, withGrid);
 }
 
+void PlotOutput::DrawEnvelope(const PlotView& view, const TraceEnvelope& envelope) {
+    nerivane::DrawEnvelope(*raster_->NewCanvas(), GeometryFor(view), view, envelope);
+}
+
 void PlotOutput::Save(const std::string& path) const {
     WritePictureFile(path, raster_->Encode(PlotFileFormat(path)));
 }

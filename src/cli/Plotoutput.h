@@ -18,6 +18,8 @@ class PlotOutput {
     explicit PlotOutput(ImageSize size);
 
     void DrawRun(const PlotView& view, const Traces& traces, bool withGrid);
+    // Behind the runs drawn.
+    void DrawEnvelope(const PlotView& view, const TraceEnvelope& envelope);
     // Throws std::runtime_error naming the file when it cannot be written.
     void Save(const std::string& path) const;
 

@@ -14,6 +14,10 @@ void PlotPanel::PaintRun(int run, const PlotView& view, const Traces& traces,
     PaintPlot(image_, view_, traces, reference, run == 0);
 }
 
+void PlotPanel::PaintEnvelope(const TraceEnvelope& envelope) {
+    nerivane::PaintEnvelope(image_, view_, envelope);
+}
+
 void PlotPanel::Show() {
     box_.SetImage(std::move(image_));
 }

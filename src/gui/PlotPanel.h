@@ -20,6 +20,8 @@ class PlotPanel {
 
     // Run 0 starts a new picture for view; later runs are painted over it in the same view.
     void PaintRun(int run, const PlotView& view, const Traces& traces, const Traces* reference);
+    // Puts a worst-case analysis's envelope behind the runs painted.
+    void PaintEnvelope(const TraceEnvelope& envelope);
     // Hands the painted picture to the plot box.
     void Show();
     const PlotView& View() const { return view_; }

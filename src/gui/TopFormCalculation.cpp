@@ -80,6 +80,7 @@ void TTopForm::Calculate(bool singlePass) {
     ShowMessages(results_->messages);
     calculated_ = true;
     if (!painted) PaintRun(0, results_->traces);
+    if (results_->runs > 1) plot_->PaintEnvelope(results_->envelope);
     plot_->Show();
     ShowResults();
     ShowReadout();

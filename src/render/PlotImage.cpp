@@ -11,6 +11,27 @@ QImage NewPlotImage(const PlotView& view, qreal devicePixelRatio) {
     return NewImage({view.width, view.height, devicePixelRatio, PlotBackground});
 }
 
+namespace {
+
+// Draws with a canvas and the plot's rectangle in the image's real pixels, as the traces are
+// drawn.
+template <typename Draw>
+void InDevicePixels(QImage& image, const PlotView& view, Draw draw) {
+    const qreal ratio = image.devicePixelRatio();
+    const PlotGeometry logical = GeometryFor(view);
+    const auto device = [ratio](int value) { return static_cast<int>(std::lround(value * ratio)); };
+    const PlotGeometry geometry{device(logical.left), device(logical.top), device(logical.width),
+                                device(logical.height)};
+    image.setDevicePixelRatio(1.0);
+    {
+        QtCanvas canvas(image, static_cast<int>(std::lround(ratio)));
+        draw(canvas, geometry);
+    }
+    image.setDevicePixelRatio(ratio);
+}
+
+}  // namespace
+
 void PaintPlot(QImage& image, const PlotView& view, const Traces& current, const Traces* reference,
                bool drawGrid) {
     const qreal ratio = image.devicePixelRatio();
@@ -25,16 +46,15 @@ void PaintPlot(QImage& image, const PlotView& view, const Traces& current, const
         QtCanvas frame(image);
         DrawPlotFrame(frame, view, current, reference);
     }
-    const PlotGeometry logical = GeometryFor(view);
-    const auto device = [ratio](int value) { return static_cast<int>(std::lround(value * ratio)); };
-    const PlotGeometry geometry{device(logical.left), device(logical.top), device(logical.width),
-                                device(logical.height)};
-    image.setDevicePixelRatio(1.0);
-    {
-        QtCanvas traces(image, static_cast<int>(std::lround(ratio)));
+    InDevicePixels(image, view, [&](QtCanvas& traces, const PlotGeometry& geometry) {
         DrawPlotTraces(traces, geometry, view, current, reference);
-    }
-    image.setDevicePixelRatio(ratio);
+    });
+}
+
+void PaintEnvelope(QImage& image, const PlotView& view, const TraceEnvelope& envelope) {
+    InDevicePixels(image, view, [&](QtCanvas& canvas, const PlotGeometry& geometry) {
+        DrawEnvelope(canvas, geometry, view, envelope);
+    });
 }
 
 QImage RenderPlot(const PlotView& view, const Traces& current, const Traces* reference,

@@ -18,6 +18,9 @@ QImage NewPlotImage(const PlotView& view, qreal devicePixelRatio = 1.0);
 void PaintPlot(QImage& image, const PlotView& view, const Traces& current, const Traces* reference,
                bool drawGrid);
 
+// Puts the envelope of a worst-case analysis behind the runs already painted on the image.
+void PaintEnvelope(QImage& image, const PlotView& view, const TraceEnvelope& envelope);
+
 // A new image with the whole plot: grid, labels, legend and traces.
 QImage RenderPlot(const PlotView& view, const Traces& current, const Traces* reference,
                   qreal devicePixelRatio = 1.0);

@@ -7,6 +7,8 @@
 #include <QPointF>
 #include <QRect>
 #include <QString>
+#include <algorithm>
+#include <cmath>
 
 #include "response/Plot.h"
 
@@ -39,7 +41,8 @@ QFont LabelFont() {
 }  // namespace
 
 QtCanvas::QtCanvas(QImage& image, int penScale, bool smoothLines)
-    : painter_(&image),
+    : image_(image),
+      painter_(&image),
       pen_(Qt::black, 1),
       textColour_(Qt::black),
       metrics_(LabelFont(), &image),
@@ -93,6 +96,26 @@ void QtCanvas::Circle(int centreX, int centreY, int radius, bool filled) {
 
 void QtCanvas::FillRect(int left, int top, int right, int bottom, Rgb colour) {
     painter_.fillRect(QRect(left, top, right - left, bottom - top), ToQColor(colour));
+}
+
+}  // namespace nerivane
+
+namespace nerivane {
+
+void QtCanvas::FillBehind(int left, int top, int right, int bottom, Rgb colour, Rgb behind) {
+    // The raster painter draws straight into the image's pixels, so they can be read here; the
+    // plot's images are all RGB32.
+    if (image_.format() != QImage::Format_RGB32) return FillRect(left, top, right, bottom, colour);
+    const double ratio = image_.devicePixelRatio();
+    const auto device = [ratio](int value) { return static_cast<int>(std::lround(value * ratio)); };
+    const int x0 = std::max(0, device(left)), x1 = std::min(image_.width(), device(right));
+    const int y0 = std::max(0, device(top)), y1 = std::min(image_.height(), device(bottom));
+    const QRgb from = qRgb(behind.r, behind.g, behind.b), to = qRgb(colour.r, colour.g, colour.b);
+    for (int y = y0; y < y1; ++y) {
+        QRgb* line = reinterpret_cast<QRgb*>(image_.scanLine(y));
+        for (int x = x0; x < x1; ++x)
+            if (line[x] == from) line[x] = to;
+    }
 }
 
 }  // namespace nerivane

@@ -36,9 +36,11 @@ class QtCanvas final : public Canvas {
     void TextOut(int x, int y, const std::string& text) override;
     TextSize TextExtent(const std::string& text) override;
     void FillRect(int left, int top, int right, int bottom, Rgb colour) override;
+    void FillBehind(int left, int top, int right, int bottom, Rgb colour, Rgb behind) override;
     void Circle(int centreX, int centreY, int radius, bool filled) override;
 
   private:
+    QImage& image_;
     QPainter painter_;
     QPen pen_;
     QColor textColour_;

@@ -32,6 +32,12 @@ class Canvas {
     virtual TextSize TextExtent(const std::string& text) = 0;
     // Fills the rectangle from (left, top) to (right, bottom), exclusive of the far edges.
     virtual void FillRect(int left, int top, int right, int bottom, Rgb colour) = 0;
+    // Fills the rectangle's pixels that are still the colour behind, so what is drawn there
+    // stays in front: a band put under curves already drawn. A vector canvas, which has no
+    // pixels to test, fills the rectangle.
+    virtual void FillBehind(int left, int top, int right, int bottom, Rgb colour, Rgb /*behind*/) {
+        FillRect(left, top, right, bottom, colour);
+    }
     // A circle in the current pen, its inside filled with the pen's colour when filled.
     virtual void Circle(int centreX, int centreY, int radius, bool filled) = 0;
     // Marks what is drawn until EndGroup as one item with a name and a description (a part's

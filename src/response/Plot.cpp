@@ -33,7 +33,8 @@ constexpr Rgb MajorGridColour{188, 188, 188};
 constexpr Rgb MinorGridColour{221, 221, 221};
 constexpr Rgb AxisTextColour{40, 40, 40};
 constexpr Rgb NoteTextColour{110, 110, 110};
-constexpr Rgb PulseAxisColour{205, 102, 0};  // the pulse's orange, dark enough to read as text
+constexpr Rgb PulseAxisColour{205, 102, 0};    // the pulse's orange, dark enough to read as text
+constexpr Rgb ForbiddenColour{250, 218, 218};  // where the requirement does not let a trace go
 
 // A trace as the plot draws it: which array, on which scale, in which colours and under
 // which name in the legend.
@@ -515,6 +516,40 @@ void DrawLegend(Canvas& canvas, const PlotView& view, const PlotGeometry& geomet
     }
 }
 
+// The magnitude a trace kind plots for a level in dB: the dB itself, or the linear scale's
+// 9 |H| - 9.
+double MagnitudeValue(const PlotView& view, double db) {
+    return view.linearMagnitude ? 9.0 * std::pow(10.0, db / 20.0) - 9.0 : db;
+}
+
+// Below the pass band's limit and above the stop band's, region by region, on the scale of
+// the first magnitude trace shown.
+void DrawForbiddenRegions(Canvas& canvas, const PlotView& view, const PlotGeometry& geometry,
+                          const std::vector<PlotEntry>& entries, const FrequencyAxis& axis) {
+    if (view.mask == nullptr) return;
+    const auto magnitude = std::find_if(entries.begin(), entries.end(), [](const PlotEntry& e) {
+        return e.kind == Mag10dB || e.kind == Mag1dB;
+    });
+    if (magnitude == entries.end()) return;
+    const int right = geometry.left + geometry.width;
+    for (const MaskRegion& region : MaskRegions(*view.mask)) {
+        const double limitDb =
+            view.maskReferenceDb - (region.pass ? view.mask->passDb : view.mask->stopDb);
+        const int y =
+            std::clamp(TraceY(geometry, view, MagnitudeValue(view, limitDb), magnitude->kind),
+                       geometry.top, geometry.Bottom());
+        const int from = region.fromHz > 0.0 ? PixelOf(axis.X(region.fromHz)) : geometry.left;
+        const int to = std::isfinite(region.toHz) ? PixelOf(axis.X(region.toHz)) : right;
+        const int x0 = std::clamp(from, geometry.left, right),
+                  x1 = std::clamp(to, geometry.left, right);
+        if (x1 <= x0) continue;
+        if (region.pass)
+            canvas.FillRect(x0, y, x1, geometry.Bottom(), ForbiddenColour);
+        else
+            canvas.FillRect(x0, geometry.top, x1, y, ForbiddenColour);
+    }
+}
+
 void DrawFrame(Canvas& canvas, const PlotView& view, const PlotGeometry& geometry,
                const std::vector<PlotEntry>& entries, const Traces& current,
                const Traces* reference) {
@@ -560,6 +595,7 @@ void DrawFrame(Canvas& canvas, const PlotView& view, const PlotGeometry& geometr
                                  PixelOf(static_cast<double>(k) * geometry.height / Divisions));
     }
 
+    if (axis.Valid()) DrawForbiddenRegions(canvas, view, geometry, entries, axis);
     DrawGridLines(canvas, geometry, vertical, horizontal);
     DrawAxisRow(canvas, view, geometry, frequencyLabels, 0, AxisTextColour);
     if (PulseShown(view))
@@ -633,6 +669,41 @@ void DrawTrace(Canvas& canvas, const PlotGeometry& geometry, const PlotView& vie
         canvas.LineTo(x, y);
         lastX = x;
         lastY = y;
+    }
+}
+
+void DrawEnvelope(Canvas& canvas, const PlotGeometry& geometry, const PlotView& view,
+                  const TraceEnvelope& envelope) {
+    const std::size_t n = TracePoints;
+    const auto xAt = [&](std::size_t i) {
+        return geometry.left +
+               PixelOf(static_cast<double>(i) * geometry.width / static_cast<double>(n));
+    };
+    for (const PlotEntry& entry : ShownEntries(view)) {
+        if (entry.kind == PulseTrace) continue;
+        const auto& low = envelope.low.*entry.values;
+        const auto& high = envelope.high.*entry.values;
+        // A quarter of the trace's colour on the background.
+        const auto tint = [](std::uint8_t c, std::uint8_t b) {
+            return static_cast<std::uint8_t>((c + 3 * b) / 4);
+        };
+        const Rgb band{tint(entry.current.r, PlotBackground.r),
+                       tint(entry.current.g, PlotBackground.g),
+                       tint(entry.current.b, PlotBackground.b)};
+        const int highestY = entry.kind == Mag1dB ? geometry.top - Mag1dBRise : geometry.top;
+        const auto y = [&](double v) {
+            return std::clamp(TraceY(geometry, view, v, entry.kind), highestY, geometry.Bottom());
+        };
+        for (std::size_t i = 0; i + 1 < n; ++i) {
+            const bool undrawn = SkipsNoPlotValues(entry.kind) &&
+                                 (low[i] == NoPlotValue || low[i + 1] == NoPlotValue);
+            if (undrawn) continue;
+            // Each step spans its two points, so the band has no gaps where the trace is steep.
+            const int top = std::min(y(high[i]), y(high[i + 1]));
+            const int bottom = std::max(y(low[i]), y(low[i + 1]));
+            canvas.FillBehind(xAt(i), top, std::max(xAt(i + 1), xAt(i) + 1), bottom + 1, band,
+                              PlotBackground);
+        }
     }
 }
 

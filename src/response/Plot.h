@@ -7,6 +7,8 @@
 
 #include "circuit/Circuitanalysis.h"
 #include "response/Canvas.h"
+#include "response/Requirementmask.h"
+#include "response/Traceenvelope.h"
 #include "response/Traces.h"
 
 namespace nerivane {
@@ -59,6 +61,10 @@ struct PlotView {
     bool pulseEnabled = true;
     bool linearMagnitude = false;  // "Linear Mag": both magnitude boxes draw 9 |H| - 9
     bool hilbertPhase = false;     // "Hilbert Phase": the phase box draws the delay-free phase
+    // The requirement's forbidden regions, shaded on the magnitude scale (the 10 dB one when
+    // both show), its attenuation counted down from maskReferenceDb.
+    const RequirementMask* mask = nullptr;
+    double maskReferenceDb = 0.0;
 };
 
 // The plot rectangle for an image of the view's size, leaving room for the labels of the
@@ -75,6 +81,11 @@ void DrawTrace(Canvas& canvas, const PlotGeometry& geometry, const PlotView& vie
 // runs over it without.
 void DrawPlot(Canvas& canvas, const PlotView& view, const Traces& current, const Traces* reference,
               bool drawGrid);
+
+// The band between each shown trace's lowest and highest values over the runs, in a light tint
+// of the trace's colour, put behind the runs already drawn (the pulse has no envelope).
+void DrawEnvelope(Canvas& canvas, const PlotGeometry& geometry, const PlotView& view,
+                  const TraceEnvelope& envelope);
 
 // The two halves of DrawPlot, for a canvas that draws the traces at a finer resolution than
 // the labels (a dense screen): the frame in the view's pixels, the traces in the given

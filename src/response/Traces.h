@@ -13,6 +13,11 @@ inline constexpr int TracePoints = 1024;
 // negative number rather than NaN, and it must stay bit for bit this value.
 inline constexpr double NoPlotValue = -1.123456e-9;
 
+// |H| from the linear trace's plotted value.
+inline double LinearMagnitudeOf(double plotted) {
+    return (plotted + 9.0) / 9.0;
+}
+
 struct Traces {
     std::array<double, TracePoints> magnitudeDb{};
     std::array<double, TracePoints> magnitudeLinear{};  // 9 |H| - 9: unity gain at 0

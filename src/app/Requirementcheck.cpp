@@ -9,7 +9,7 @@ namespace nerivane {
 
 RequirementChecker::RequirementChecker(const RequirementMask& mask, const SimulationInputs& sweep,
                                        ToleranceRandom random, RequirementCheck& check)
-    : check_(check), edges_(MaskEdges(mask)) {
+    : check_(check), edges_(MaskCheckPoints(mask)) {
     check_ = {};
     check_.active = true;
     check_.mask = mask;

@@ -1,6 +1,7 @@
 // The design as calculated against the requirement: whether the nominal circuit meets the mask
 // and with what margins, and in a worst-case analysis which runs do (the yield). Each run is
-// checked at the sweep's points inside the mask's regions and exactly at the mask's edges.
+// checked at the sweep's points inside the mask's regions and at the mask's own check points
+// (its edges exactly); attenuation counts from the nominal response's peak over all of them.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +25,7 @@ struct RequirementCheck {
     std::vector<std::uint8_t> runMeets;  // one entry per run, 1 where it meets the mask
 };
 
-// Checks the runs of one calculation as they are made. The mask's edges are simulated first,
+// Checks the runs of one calculation as they are made. The mask's points are simulated first,
 // every run with the same random draws the sweep's runs will take.
 class RequirementChecker {
   public:

@@ -174,10 +174,16 @@ std::vector<MaskRegion> MaskRegions(const RequirementMask& mask) {
     return {{0.0, fp1, true}, {fs1, Infinity, false}};
 }
 
-std::vector<double> MaskEdges(const RequirementMask& mask) {
-    if (IsTwoSided(mask.kind))
-        return {mask.passEdgesHz[0], mask.passEdgesHz[1], mask.stopEdgesHz[0], mask.stopEdgesHz[1]};
-    return {mask.passEdgesHz[0], mask.stopEdgesHz[0]};
+std::vector<double> MaskCheckPoints(const RequirementMask& mask) {
+    std::vector<double> points;
+    for (const MaskRegion& region : MaskRegions(mask)) {
+        if (region.fromHz > 0.0) points.push_back(region.fromHz);
+        if (std::isfinite(region.toHz)) points.push_back(region.toHz);
+        if (!region.pass) continue;
+        if (region.fromHz == 0.0) points.push_back(region.toHz / 1000.0);
+        if (!std::isfinite(region.toHz)) points.push_back(1000.0 * region.fromHz);
+    }
+    return points;
 }
 
 MaskMargins MarginsAgainst(const RequirementMask& mask, double referenceDb,

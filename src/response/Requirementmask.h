@@ -59,8 +59,10 @@ struct MaskRegion {
 };
 std::vector<MaskRegion> MaskRegions(const RequirementMask& mask);
 
-// The edge frequencies, where a monotonic response is closest to the limits.
-std::vector<double> MaskEdges(const RequirementMask& mask);
+// Where a response is checked besides a sweep: the edges, where a monotonic response comes
+// closest to the limits, and a point a thousand times into each pass band that runs to DC or
+// to infinity, where the response has its pass-band gain.
+std::vector<double> MaskCheckPoints(const RequirementMask& mask);
 
 // How far a response stays inside the mask: the smallest distance, in dB, to the limit over
 // the points of the pass regions and of the stop regions (+infinity where a kind of region

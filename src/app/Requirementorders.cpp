@@ -361,8 +361,10 @@ OrderRow SearchFamily(Response family, const OrderSearch& search, double centre)
         row.ripple = ripple;
         row.f0Hz = fitted.design.f0;
         row.bandwidthHz = fitted.design.bandwidth;
-        row.passMarginDb = fitted.margins.pass;
-        row.stopMarginDb = fitted.margins.stop;
+        // Zero where it is zero but for rounding, the same in every build.
+        const auto settled = [](double db) { return std::fabs(db) < MarginSlackDb ? 0.0 : db; };
+        row.passMarginDb = settled(fitted.margins.pass);
+        row.stopMarginDb = settled(fitted.margins.stop);
         best = p;
         return true;
     };

@@ -67,11 +67,16 @@ class RecordingCanvas : public Canvas {
     void FillRect(int left, int top, int right, int bottom, Rgb colour) override {
         fills.push_back({left, top, right, bottom, colour});
     }
+    void FillBehind(int left, int top, int right, int bottom, Rgb colour, Rgb under) override {
+        EXPECT_EQ(under, PlotBackground);
+        behind.push_back({left, top, right, bottom, colour});
+    }
 
     std::vector<Segment> segments;
     std::vector<std::array<int, 2>> moves;
     std::vector<Text> texts;
     std::vector<Fill> fills;
+    std::vector<Fill> behind;
 
   private:
     Rgb colour_{}, textColour_{};
@@ -294,6 +299,73 @@ TEST(DrawPlot, DrawsWhatItDrewWhenChecked) {
         DrawPlot(canvas, view, current, &reference, row.grid);
         golden::ExpectGolden(row.name, DrawLog(canvas));
     }
+}
+
+// A low-pass requirement on a decade from 100 Hz: its pass edge at 1 kHz halfway across, its
+// stop edge at 3.16 kHz three quarters across; the limits on the 10 dB scale (10 dB at the top,
+// 100 dB over the height) or, as 9 |H| - 9, on the linear one.
+TEST(DrawPlot, ShadesWhereTheRequirementForbidsTheMagnitude) {
+    RequirementMask mask;
+    mask.passEdgesHz = {1000.0, 0.0};
+    mask.stopEdgesHz = {std::sqrt(10.0) * 1000.0, 0.0};
+    mask.passDb = 10.0;
+    mask.stopDb = 40.0;
+    for (const bool linear : {false, true}) {
+        PlotView view = EverythingShown();
+        view.showMag1 = false;
+        view.linearMagnitude = linear;
+        view.mask = &mask;
+        view.maskReferenceDb = -2.0;
+        RecordingCanvas canvas;
+        DrawPlot(canvas, view, Flat(-3.0, -4.5, 10.0, -90.0, 1e-3, 0.5), nullptr, true);
+        const PlotGeometry g = GeometryFor(view);
+        const auto y = [&](double db) {
+            const double v = linear ? 9.0 * std::pow(10.0, db / 20.0) - 9.0 : db;
+            return g.top + static_cast<int>(std::lround((view.topDb - v) * g.height / 100.0));
+        };
+        std::vector<RecordingCanvas::Fill> shaded;
+        for (const auto& f : canvas.fills)
+            if (f.colour != PlotBackground) shaded.push_back(f);
+        ASSERT_EQ(shaded.size(), 2u);
+        const int right = g.left + g.width;
+        EXPECT_EQ(shaded[0].left, g.left);
+        EXPECT_EQ(shaded[0].right, g.left + g.width / 2);
+        EXPECT_EQ(shaded[0].top, y(-12.0));
+        EXPECT_EQ(shaded[0].bottom, g.Bottom());
+        EXPECT_NEAR(shaded[1].left, g.left + 0.75 * g.width, 0.5);
+        EXPECT_EQ(shaded[1].right, right);
+        EXPECT_EQ(shaded[1].top, g.top);
+        EXPECT_EQ(shaded[1].bottom, std::min(y(-42.0), g.Bottom()));
+    }
+}
+
+// The envelope fills behind the runs, from the highest value to the lowest at every step, in a
+// tint of each trace's colour; the phase's undrawn points leave gaps.
+TEST(DrawEnvelope, FillsBetweenTheLowestAndHighestRunBehindThem) {
+    PlotView view = EverythingShown();
+    view.showMag1 = view.showGroupDelay = view.showPulse = false;
+    TraceEnvelope envelope;
+    envelope.low = Flat(-6.0, 0.0, -30.0, 0.0, 0.0, 0.0);
+    envelope.high = Flat(-2.0, 0.0, 60.0, 0.0, 0.0, 0.0);
+    envelope.low.phase[100] = envelope.high.phase[100] = NoPlotValue;
+    RecordingCanvas canvas;
+    const PlotGeometry g = GeometryFor(view);
+    DrawEnvelope(canvas, g, view, envelope);
+    const auto y = [&](double db) {
+        return g.top + static_cast<int>(std::lround((view.topDb - db) * g.height / 100.0));
+    };
+    const auto phaseY = [&](double degrees) {
+        return g.top + static_cast<int>(std::lround((180.0 - degrees) * g.height / 360.0));
+    };
+    int magnitude = 0, phase = 0;
+    for (const auto& f : canvas.behind) {
+        EXPECT_GT(f.right, f.left);
+        if (f.top == y(-2.0) && f.bottom == y(-6.0) + 1) ++magnitude;
+        if (f.top == phaseY(60.0) && f.bottom == phaseY(-30.0) + 1) ++phase;
+    }
+    EXPECT_EQ(magnitude, TracePoints - 1);
+    EXPECT_EQ(phase, TracePoints - 3);
+    EXPECT_EQ(magnitude + phase, static_cast<int>(canvas.behind.size()));
 }
 
 // Every sweep and scale, large and small: labels inside the image and apart from each other,

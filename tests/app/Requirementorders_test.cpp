@@ -38,37 +38,58 @@ ClosedForm ClosedFormOrders(double ap, double as, double ratio) {
     return {whole[0], whole[1]};
 }
 
+// The same masks as a low pass, a high pass and a band pass geometrically symmetric about
+// 10 kHz: each is the low pass of the ratio of its stop to its pass width in disguise.
+RequirementMask MaskOfRatio(MaskKind kind, double ratio) {
+    RequirementMask mask;
+    mask.kind = kind;
+    const auto around = [](double width) {
+        const double low = 0.5 * (std::sqrt(width * width + 4e8) - width);
+        return std::array<double, 2>{low, low + width};
+    };
+    if (kind == MaskKind::BandPass) {
+        mask.passEdgesHz = around(1000.0);
+        mask.stopEdgesHz = around(1000.0 * ratio);
+    } else {
+        const bool high = kind == MaskKind::HighPass;
+        mask.passEdgesHz = {high ? 10000.0 * ratio : 10000.0, 0.0};
+        mask.stopEdgesHz = {high ? 10000.0 : 10000.0 * ratio, 0.0};
+    }
+    return mask;
+}
+
 TEST(RequirementOrders, ButterworthAndChebyshevAgreeWithTheClosedForms) {
     int compared = 0;
-    for (const double ratio : {1.3, 1.6, 2.0, 3.0, 5.0, 10.0}) {
-        for (const double ap : {0.1, 0.5, 1.0}) {
-            for (const double as : {20.0, 40.0, 60.0, 80.0}) {
-                RequirementMask mask;
-                mask.passEdgesHz = {10000.0, 0.0};
-                mask.stopEdgesHz = {10000.0 * ratio, 0.0};
-                mask.passDb = ap;
-                mask.stopDb = as;
-                const ClosedForm expected = ClosedFormOrders(ap, as, ratio);
-                const std::vector<OrderRow> rows =
-                    RequirementOrders(OrderSearchFor(mask, DefaultDesignState()));
-                ASSERT_EQ(rows.size(), 6u);
-                const auto check = [&](const OrderRow& row, double order) {
-                    if (std::isnan(order)) return;
-                    // The formula holds where the ripple box takes Ap at that order.
-                    const bool ripple = row.family == Response::Chebyshev && order <= 20 &&
-                                        RippleMaximum(Response::Chebyshev, order) < ap;
-                    if (ripple) return;
-                    ++compared;
-                    EXPECT_EQ(row.poles, order > 20 ? 0 : order)
-                        << "family " << Index(row.family) << " ratio " << ratio << " Ap " << ap
-                        << " As " << as;
-                };
-                check(rows[Index(Response::Butterworth)], expected.butterworth);
-                check(rows[Index(Response::Chebyshev)], expected.chebyshev);
+    for (const MaskKind kind : {MaskKind::LowPass, MaskKind::HighPass, MaskKind::BandPass}) {
+        const int limit = kind == MaskKind::BandPass ? 10 : 20;
+        for (const double ratio : {1.3, 1.6, 2.0, 3.0, 5.0, 10.0}) {
+            for (const double ap : {0.1, 0.5, 1.0}) {
+                for (const double as : {20.0, 40.0, 60.0, 80.0}) {
+                    RequirementMask mask = MaskOfRatio(kind, ratio);
+                    mask.passDb = ap;
+                    mask.stopDb = as;
+                    const ClosedForm expected = ClosedFormOrders(ap, as, ratio);
+                    const std::vector<OrderRow> rows =
+                        RequirementOrders(OrderSearchFor(mask, DefaultDesignState()));
+                    ASSERT_EQ(rows.size(), 6u);
+                    const auto check = [&](const OrderRow& row, double order) {
+                        if (std::isnan(order)) return;
+                        // The formula holds where the ripple box takes Ap at that order.
+                        const bool ripple = row.family == Response::Chebyshev && order <= limit &&
+                                            RippleMaximum(Response::Chebyshev, order) < ap;
+                        if (ripple) return;
+                        ++compared;
+                        EXPECT_EQ(row.poles, order > limit ? 0 : order)
+                            << MaskKindName(kind) << " family " << Index(row.family) << " ratio "
+                            << ratio << " Ap " << ap << " As " << as;
+                    };
+                    check(rows[Index(Response::Butterworth)], expected.butterworth);
+                    check(rows[Index(Response::Chebyshev)], expected.chebyshev);
+                }
             }
         }
     }
-    EXPECT_GT(compared, 120);
+    EXPECT_GT(compared, 360);
 }
 
 // The design as the window calculates it with the requirement checked.

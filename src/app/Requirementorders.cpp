@@ -347,10 +347,12 @@ Fitted Fit(const Prototype& p, const RequirementMask& m, double centre) {
 OrderRow SearchFamily(Response family, const OrderSearch& search, double centre) {
     const RequirementMask& m = search.mask;
     Prototype best;
-    const auto designFor = [&](int poles, OrderRow& row) {
-        double ripple = search.ripple;
-        if (family == Response::Chebyshev)
-            ripple = std::floor(1000.0 * std::min(m.passDb, RippleMaximum(family, poles))) / 1000.0;
+    // A Chebyshev order is found with all of Ap in its ripple, the steepest it can be.
+    const auto rippleFor = [&](int poles) {
+        if (family != Response::Chebyshev) return search.ripple;
+        return std::floor(1000.0 * std::min(m.passDb, RippleMaximum(family, poles))) / 1000.0;
+    };
+    const auto designFor = [&](int poles, double ripple, OrderRow& row) {
         const Prototype p = m.kind == MaskKind::Notch
                                 ? NotchPrototype(poles)
                                 : FamilyPrototype(family, poles, ripple, search.gamma);
@@ -370,17 +372,36 @@ OrderRow SearchFamily(Response family, const OrderSearch& search, double centre)
     OrderRow row;
     row.family = family;
     OrderRow found = row;
-    if (!designFor(search.maxPoles, found)) return row;
+    if (!designFor(search.maxPoles, rippleFor(search.maxPoles), found)) return row;
     int failing = 0, meeting = search.maxPoles;
     while (meeting - failing > 1) {
         const int middle = (failing + meeting) / 2;
         OrderRow trial = row;
-        if (designFor(middle, trial)) {
+        if (designFor(middle, rippleFor(middle), trial)) {
             meeting = middle;
             found = trial;
         } else {
             failing = middle;
         }
+    }
+    // All of Ap in the ripple leaves no margin in the pass band, which a circuit as built then
+    // misses by a hair: the order found is built with the ripple that leaves most of the
+    // smaller margin, as the box holds it.
+    if (family == Response::Chebyshev && m.kind != MaskKind::Notch) {
+        const auto least = [&](double ripple) {
+            OrderRow trial = row;
+            return designFor(found.poles, ripple, trial)
+                       ? std::min(trial.passMarginDb, trial.stopMarginDb)
+                       : -Infinity;
+        };
+        const double ripple = std::floor(1000.0 * Maximise(least, 0.001, found.ripple)) / 1000.0;
+        OrderRow trial = row;
+        if (ripple > 0.0 && designFor(found.poles, ripple, trial) &&
+            std::min(trial.passMarginDb, trial.stopMarginDb) >
+                std::min(found.passMarginDb, found.stopMarginDb))
+            found = trial;
+        else
+            designFor(found.poles, found.ripple, found);
     }
     // What the design costs, for the last prototype that met the mask: the one found.
     const Frequencies design{found.f0Hz, found.bandwidthHz};

@@ -23,13 +23,28 @@ std::string NameOf(const std::array<const char*, N>& names, int index) {
 
 std::string DesignSummaryText(const DesignState& state) {
     std::string text = NameOf(CircuitNames, Index(state.TopologyIndex)) + ", " +
-                       NameOf(FamilyNames, Index(state.ResponseIndex)) + ", " +
-                       std::to_string(state.NumPoles) + (state.NumPoles == 1 ? " pole" : " poles") +
-                       ", F0 " + FormatEngineering(state.F0, 2, "Hz");
+                       FamilyName(state.ResponseIndex) + ", " + std::to_string(state.NumPoles) +
+                       (state.NumPoles == 1 ? " pole" : " poles") + ", F0 " +
+                       FormatEngineering(state.F0, 2, "Hz");
     const bool band = state.TopologyIndex == Topology::VcvsBandPass ||
                       state.TopologyIndex == Topology::MfbBandPass ||
                       state.TopologyIndex == Topology::VcvsNotch;
     if (band) text += ", band width " + FormatEngineering(state.BandWidth, 2, "Hz");
+    return text;
+}
+
+std::string FamilyName(Response family) {
+    return NameOf(FamilyNames, Index(family));
+}
+
+std::string RequirementSummaryText(const RequirementCheck& check, bool worstCase) {
+    if (!check.active) return {};
+    std::string text = check.nominal.Meets() ? "requirement met" : "requirement NOT met";
+    // A single pass (a section or capacitor stepped) is no analysis of the tolerances.
+    if (worstCase && check.runs > 1) {
+        text += ", yield " + FormatFixedPlain(100.0 * check.runsMeeting / check.runs, 1) + " % (" +
+                std::to_string(check.runsMeeting) + " of " + std::to_string(check.runs) + " runs)";
+    }
     return text;
 }
 

@@ -68,13 +68,14 @@ double StopAttenuation(const Prototype& p, double w) {
     return least;
 }
 
-// The w in [low, high] where f is largest, by golden sections.
+// The x in [low, high] where f is largest, by golden sections: each step keeps 0.618 of the
+// interval.
 template <typename F>
-double Maximise(F f, double low, double high) {
+double Maximise(F f, double low, double high, int steps) {
     constexpr double Ratio = 0.6180339887498949;
     double a = high - Ratio * (high - low), b = low + Ratio * (high - low);
     double fa = f(a), fb = f(b);
-    for (int i = 0; i < 40; ++i) {
+    for (int i = 0; i < steps; ++i) {
         if (fa < fb) {
             low = a, a = b, fa = fb;
             b = low + Ratio * (high - low), fb = f(b);
@@ -107,9 +108,12 @@ void FindRipple(Prototype& p) {
     p.peakDb = PowerDb(p, 0.0);
     if (!ripples) return;
     std::vector<std::pair<double, bool>> extremes;  // (w, is a peak)
-    scan(1536, [&](double low, double high, bool peak) {
-        const double w = peak ? Maximise([&](double x) { return PowerDb(p, x); }, low, high)
-                              : Maximise([&](double x) { return -PowerDb(p, x); }, low, high);
+    // Twenty poles ripple about every 0.012 rad/s near the corner: a few points a ripple.
+    scan(512, [&](double low, double high, bool peak) {
+        constexpr int Steps = 32;  // to a millionth of the interval
+        const double w = peak
+                             ? Maximise([&](double x) { return PowerDb(p, x); }, low, high, Steps)
+                             : Maximise([&](double x) { return -PowerDb(p, x); }, low, high, Steps);
         extremes.emplace_back(w, peak);
     });
     for (const auto& [w, peak] : extremes)
@@ -348,10 +352,12 @@ Fitted Fit(const Prototype& p, const RequirementMask& m, double centre) {
 OrderRow SearchFamily(Response family, const OrderSearch& search, double centre) {
     const RequirementMask& m = search.mask;
     Prototype best;
-    const auto designFor = [&](int poles, OrderRow& row) {
-        double ripple = search.ripple;
-        if (family == Response::Chebyshev)
-            ripple = std::floor(1000.0 * std::min(m.passDb, RippleMaximum(family, poles))) / 1000.0;
+    // A Chebyshev order is found with all of Ap in its ripple, the steepest it can be.
+    const auto rippleFor = [&](int poles) {
+        if (family != Response::Chebyshev) return search.ripple;
+        return std::floor(1000.0 * std::min(m.passDb, RippleMaximum(family, poles))) / 1000.0;
+    };
+    const auto designFor = [&](int poles, double ripple, OrderRow& row) {
         const Prototype p = m.kind == MaskKind::Notch
                                 ? NotchPrototype(poles)
                                 : FamilyPrototype(family, poles, ripple, search.gamma);
@@ -373,17 +379,38 @@ OrderRow SearchFamily(Response family, const OrderSearch& search, double centre)
     OrderRow row;
     row.family = family;
     OrderRow found = row;
-    if (!designFor(search.maxPoles, found)) return row;
+    if (!designFor(search.maxPoles, rippleFor(search.maxPoles), found)) return row;
     int failing = 0, meeting = search.maxPoles;
     while (meeting - failing > 1) {
         const int middle = (failing + meeting) / 2;
         OrderRow trial = row;
-        if (designFor(middle, trial)) {
+        if (designFor(middle, rippleFor(middle), trial)) {
             meeting = middle;
             found = trial;
         } else {
             failing = middle;
         }
+    }
+    // All of Ap in the ripple leaves no margin in the pass band, which a circuit as built then
+    // misses by a hair: the order found is built with the ripple that leaves most of the
+    // smaller margin, as the box holds it.
+    if (family == Response::Chebyshev && m.kind != MaskKind::Notch) {
+        const auto least = [&](double ripple) {
+            OrderRow trial = row;
+            return designFor(found.poles, ripple, trial)
+                       ? std::min(trial.passMarginDb, trial.stopMarginDb)
+                       : -Infinity;
+        };
+        // To a ten-thousandth of a dB, finer than the box holds.
+        const double ripple =
+            std::floor(1000.0 * Maximise(least, 0.001, found.ripple, 20)) / 1000.0;
+        OrderRow trial = row;
+        if (ripple > 0.0 && designFor(found.poles, ripple, trial) &&
+            std::min(trial.passMarginDb, trial.stopMarginDb) >
+                std::min(found.passMarginDb, found.stopMarginDb))
+            found = trial;
+        else
+            designFor(found.poles, found.ripple, found);
     }
     // What the design costs, for the last prototype that met the mask: the one found.
     const Frequencies design{found.f0Hz, found.bandwidthHz};

@@ -19,12 +19,14 @@ struct OrderSearch {
     double ripple = 0.2;   // Papoulis is built with the design's ripple
     double gamma = 0.0;    // Adjustable Gauss at the design's gamma
     Response notchFamily;  // a notch's sections are the same whatever the family
+
+    friend bool operator==(const OrderSearch&, const OrderSearch&) = default;
 };
 
 struct OrderRow {
     Response family = Response::Butterworth;
     int poles = 0;        // 0: no order up to the limit meets the mask
-    double ripple = 0.0;  // what the family is built with (Chebyshev: Ap, within the box's limit)
+    double ripple = 0.0;  // what the family is built with (Chebyshev: within Ap, most margin)
     // As the boxes hold them (a whole hertz), so the design applied is the one measured.
     double f0Hz = 0.0;
     double bandwidthHz = 0.0;  // band pass and notch

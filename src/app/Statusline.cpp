@@ -37,6 +37,17 @@ std::string DesignSummaryText(const DesignState& state) {
     return text;
 }
 
+std::string RequirementSummaryText(const RequirementCheck& check, bool worstCase) {
+    if (!check.active) return {};
+    std::string text = check.nominal.Meets() ? "requirement met" : "requirement NOT met";
+    // A single pass (a section or capacitor stepped) is no analysis of the tolerances.
+    if (worstCase && check.runs > 1) {
+        text += ", yield " + FormatFixedPlain(100.0 * check.runsMeeting / check.runs, 1) + " % (" +
+                std::to_string(check.runsMeeting) + " of " + std::to_string(check.runs) + " runs)";
+    }
+    return text;
+}
+
 std::string WarningsSummaryText(const std::vector<std::string>& warnings) {
     if (warnings.empty()) return {};
     return std::to_string(warnings.size()) + (warnings.size() == 1 ? " warning: " : " warnings: ") +

@@ -4,17 +4,13 @@
 #include <charconv>
 #include <cmath>
 #include <optional>
-#include <sstream>
 #include <string_view>
 
 #include "files/Atomicwrite.h"
-#include "files/Regularfiles.h"
+#include "files/Settinglines.h"
 
 namespace nerivane {
 namespace {
-
-constexpr std::size_t MaxBuildOptionsBytes = 1 << 16;
-constexpr std::array<std::string_view, 2> YesNo = {"no", "yes"};
 
 std::string Number(double x) {
     std::array<char, 32> buffer{};
@@ -37,12 +33,6 @@ std::optional<int> ReadName(const std::array<std::string_view, N>& names, std::s
     return std::nullopt;
 }
 
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
-}
-
 // The range is checked once both ends are read, so a file may give them in any order.
 struct RangeLines {
     std::optional<double> low, high;
@@ -63,9 +53,9 @@ bool Apply(std::string_view name, std::string_view value, BuildOptions& options,
         return index.has_value();
     }
     if (name == "notch-parts-independent") {
-        const std::optional<int> index = ReadName(YesNo, value);
-        if (index) options.notchPartsIndependent = *index == 1;
-        return index.has_value();
+        const std::optional<bool> yes = ReadYesNo(value);
+        if (yes) options.notchPartsIndependent = *yes;
+        return yes.has_value();
     }
     const std::optional<double> x = ReadNumber(value);
     if (!x || !(*x > 0.0)) return false;
@@ -78,11 +68,6 @@ bool Apply(std::string_view name, std::string_view value, BuildOptions& options,
     else
         return false;
     return true;
-}
-
-std::string IgnoredLine(int number, std::string_view content) {
-    return std::string(BuildOptionsFileName) + ", line " + std::to_string(number) + ": \"" +
-           std::string(content) + "\" is not a setting this program takes; it is ignored.";
 }
 
 }  // namespace
@@ -98,26 +83,16 @@ std::string BuildOptionsText(const BuildOptions& options) {
     text += "max-practical-ohms = " + Number(options.maxPracticalOhms) + "\n";
     text += "input-amplitude-volts = " + Number(options.inputAmplitudeVolts) + "\n";
     text +=
-        "notch-parts-independent = " + std::string(YesNo[options.notchPartsIndependent ? 1 : 0]) +
-        "\n";
+        "notch-parts-independent = " + std::string(YesNoText(options.notchPartsIndependent)) + "\n";
     return text;
 }
 
 std::vector<std::string> ApplyBuildOptionsText(const std::string& text, BuildOptions& options) {
-    std::vector<std::string> messages;
-    std::istringstream lines(text);
     RangeLines range;
-    int number = 0;
-    for (std::string line; std::getline(lines, line);) {
-        ++number;
-        const std::string_view content = Trimmed(line);
-        if (content.empty() || content.front() == '#') continue;
-        const std::size_t equals = content.find('=');
-        const bool used = equals != std::string_view::npos &&
-                          Apply(Trimmed(content.substr(0, equals)),
-                                Trimmed(content.substr(equals + 1)), options, range, number);
-        if (!used) messages.push_back(IgnoredLine(number, content));
-    }
+    std::vector<std::string> messages = ApplySettingLines(
+        text, BuildOptionsFileName, [&](std::string_view name, std::string_view value, int line) {
+            return Apply(name, value, options, range, line);
+        });
     const double low = range.low.value_or(options.minPracticalOhms);
     const double high = range.high.value_or(options.maxPracticalOhms);
     if (low < high) {
@@ -133,12 +108,10 @@ std::vector<std::string> ApplyBuildOptionsText(const std::string& text, BuildOpt
 }
 
 std::vector<std::string> ReadBuildOptionsFile(const std::string& folder, BuildOptions& options) {
-    const std::string path = folder + "/" + BuildOptionsFileName;
-    const FileContents file = ReadRegularFile(path, MaxBuildOptionsBytes);
-    if (file.status == ReadStatus::Missing) return {};
-    if (file.status != ReadStatus::Read)
-        return {"\"" + path + "\" cannot be read (" + file.reason + "); the defaults stand."};
-    return ApplyBuildOptionsText(file.bytes, options);
+    std::vector<std::string> messages;
+    const std::optional<std::string> text =
+        ReadSettingLinesFile(folder, BuildOptionsFileName, messages);
+    return text ? ApplyBuildOptionsText(*text, options) : messages;
 }
 
 bool WriteBuildOptionsFile(const std::string& folder, const BuildOptions& options,

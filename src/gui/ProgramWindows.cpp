@@ -6,6 +6,7 @@
 #include "gui/HelpForm.h"
 #include "gui/MathErrForm.h"
 #include "gui/OptionsForm.h"
+#include "gui/RequirementForm.h"
 #include "gui/SchematicForm.h"
 
 namespace nerivane {
@@ -21,6 +22,7 @@ ProgramWindows CreateProgramWindows() {
     windows.dialogs.options = new TOptionsForm(top);
     windows.dialogs.about = new TAboutForm(top);
     windows.dialogs.schematic = new TSchematicForm(top);
+    windows.dialogs.requirement = new TRequirementForm(top);
     top->AttachDialogs(windows.dialogs);
     return windows;
 }

@@ -25,6 +25,7 @@
 #include "gui/PlotPanel.h"
 #include "gui/QtMessageSink.h"
 #include "gui/RecentDesigns.h"
+#include "gui/RequirementForm.h"
 #include "gui/SchematicForm.h"
 #include "gui/TopFormWidgets.h"
 
@@ -88,6 +89,14 @@ void TTopForm::AttachDialogs(const Dialogs& dialogs) {
             &TTopForm::CalcButtonClick);
     connect(dialogs_.options, &TOptionsForm::Applied, this, &TTopForm::CalcButtonClick);
     InstallMathErrorLog(dialogs_.mathErr);
+    if (dialogs_.requirement != nullptr) {
+        connect(dialogs_.requirement, &TRequirementForm::Edited, this,
+                &TTopForm::WriteRequirementFile);
+        connect(dialogs_.requirement, &TRequirementForm::RecheckRequested, this,
+                &TTopForm::CalcButtonClick);
+        connect(dialogs_.requirement, &TRequirementForm::ApplyRequested, this,
+                &TTopForm::ApplyOrderRowClick);
+    }
     if (dialogs_.schematic != nullptr)
         connect(dialogs_.schematic, &TSchematicForm::Opened, this, &TTopForm::ShowSchematics);
 }
@@ -134,7 +143,7 @@ void TTopForm::FormClose() {
          {static_cast<QWidget*>(dialogs_.compSelect), static_cast<QWidget*>(dialogs_.options),
           static_cast<QWidget*>(dialogs_.about), static_cast<QWidget*>(dialogs_.mathErr),
           static_cast<QWidget*>(dialogs_.help), static_cast<QWidget*>(dialogs_.dcBias),
-          static_cast<QWidget*>(dialogs_.schematic)}) {
+          static_cast<QWidget*>(dialogs_.schematic), static_cast<QWidget*>(dialogs_.requirement)}) {
         if (dialog != nullptr) dialog->close();
     }
 }

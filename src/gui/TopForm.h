@@ -13,10 +13,12 @@
 #include "app/Controlstates.h"
 #include "app/DesignState.h"
 #include "app/Referencedesign.h"
+#include "app/Requirementorders.h"
 #include "app/Updownfunctions.h"
 #include "circuit/Componentsettings.h"
 #include "circuit/Sectioncircuits.h"
 #include "env/Directories.h"
+#include "files/Requirementfile.h"
 #include "files/Settingsfile.h"
 #include "response/Plot.h"
 
@@ -35,6 +37,7 @@ class TDCBiasForm;
 class THelpForm;
 class TMathErrForm;
 class TOptionsForm;
+class TRequirementForm;
 class TSchematicForm;
 struct TopFormBoxes;
 struct TopFormWidgets;
@@ -56,6 +59,7 @@ class TTopForm final : public QMainWindow {
         THelpForm* help = nullptr;
         TDCBiasForm* dcBias = nullptr;
         TSchematicForm* schematic = nullptr;
+        TRequirementForm* requirement = nullptr;
     };
     void AttachDialogs(const Dialogs& dialogs);
 
@@ -153,6 +157,12 @@ class TTopForm final : public QMainWindow {
     // The build options' own file: read at start, written whenever the options change.
     void ReadBuildOptionsFile();
     void WriteBuildOptionsFile();
+    // The requirement's own file: read at start, written whenever the requirement changes.
+    void ReadRequirementFile();
+    void WriteRequirementFile();
+    // An order chosen in the requirement dialog becomes the design, as a choice from the
+    // Circuit and Response menus does.
+    void ApplyOrderRowClick(const OrderRow& row, MaskKind kind);
     void ShowStatusLine();
     void LoadControlsFromRecord();
     void RememberDesignFile(const std::string& path);
@@ -167,6 +177,7 @@ class TTopForm final : public QMainWindow {
     DesignState state_;
     ComponentSettings settings_;
     BuildOptions writtenBuildOptions_;  // as the build options file holds them
+    Requirement writtenRequirement_;    // as the requirement's file holds it
     ControlStates controls_;
     std::unique_ptr<DesignResults> results_;
     bool calculated_ = false;

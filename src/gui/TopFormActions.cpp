@@ -12,6 +12,7 @@
 #include "gui/HelpForm.h"
 #include "gui/OptionsForm.h"
 #include "gui/RecentDesigns.h"
+#include "gui/RequirementForm.h"
 #include "gui/SchematicForm.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
@@ -67,6 +68,7 @@ void TTopForm::ConnectMenuActions() {
     on(w.schematicMenu, [this] { ShowWindow(dialogs_.schematic); });
     on(w.dcBiasToolMenu, [this] { ShowWindow(dialogs_.dcBias); });
     on(w.chooseCapacitorsMenu, &TTopForm::ChooseCapacitorsMenuClick);
+    on(w.requirementMenu, [this] { ShowWindow(dialogs_.requirement); });
     on(w.thresholdMenu, [this] { ShowWindow(dialogs_.options); });
     on(w.aboutMenu, [this] { ShowWindow(dialogs_.about); });
 

@@ -1,6 +1,6 @@
 // What the main window keeps its secondary windows showing: the circuit pictures loaded at
-// start, the help viewer following the circuit, the schematic view and the parts list of the
-// design as last calculated.
+// start, the help viewer following the circuit, the schematic view, the requirement's orders
+// and the parts list of the design as last calculated.
 #include <QImage>
 #include <QString>
 #include <algorithm>
@@ -10,6 +10,7 @@
 #include "files/Filesaveread.h"
 #include "gui/HelpForm.h"
 #include "gui/MessageSink.h"
+#include "gui/RequirementForm.h"
 #include "gui/SchematicForm.h"
 #include "gui/TopForm.h"
 
@@ -34,6 +35,7 @@ void TTopForm::UpdateAuxiliaryWindows() {
     if (dialogs_.help != nullptr)
         dialogs_.help->CircuitChanged(state_.TopologyIndex, CircuitPictureOf(state_.TopologyIndex));
     if (dialogs_.schematic != nullptr && dialogs_.schematic->isVisible()) ShowSchematics();
+    if (dialogs_.requirement != nullptr) dialogs_.requirement->FollowDesign(state_);
 }
 
 void TTopForm::ShowSchematics() {

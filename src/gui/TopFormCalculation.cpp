@@ -10,6 +10,7 @@
 #include "gui/MessageSink.h"
 #include "gui/OptionsForm.h"
 #include "gui/PlotPanel.h"
+#include "gui/RequirementForm.h"
 #include "gui/TopForm.h"
 #include "gui/TopFormWidgets.h"
 #include "numerics/Formatfunctions.h"
@@ -67,6 +68,7 @@ void TTopForm::Calculate(bool singlePass) {
     WriteBuildOptionsFile();
     CalculationOptions options;
     options.singlePass = singlePass;
+    if (dialogs_.requirement != nullptr) options.mask = dialogs_.requirement->MaskToCheck();
     bool painted = false;
     options.perRun = [this, &painted](int run, const Traces& traces) {
         PaintRun(run, traces);
@@ -147,6 +149,13 @@ void TTopForm::ShowResults() {
 void TTopForm::ShowStatusLine() {
     const TopFormWidgets& w = *widgets_;
     w.designStatus->setText(QString::fromStdString(DesignSummaryText(state_)));
+    const RequirementCheck& check = results_->requirement;
+    w.requirementStatus->setText(QString::fromStdString(
+        RequirementSummaryText(check, state_.Tolerance == ToleranceMode::WorstCase)));
+    QPalette palette = w.requirementStatus->palette();
+    palette.setColor(QPalette::WindowText,
+                     check.nominal.Meets() ? QColor(0, 110, 0) : QColor(160, 0, 0));
+    w.requirementStatus->setPalette(palette);
     const std::vector<std::string>& warnings = results_->checks.warnings;
     w.warningsStatus->setText(QString::fromStdString(WarningsSummaryText(warnings)));
     QString all;

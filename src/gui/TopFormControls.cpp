@@ -219,12 +219,15 @@ QWidget* BuildControlPanel(QWidget& central, TopFormWidgets& w) {
 void BuildStatusLine(QStatusBar& bar, TopFormWidgets& w) {
     w.designStatus = new QLabel(&bar);
     w.designStatus->setObjectName(QStringLiteral("DesignStatus"));
+    w.requirementStatus = new QLabel(&bar);
+    w.requirementStatus->setObjectName(QStringLiteral("RequirementStatus"));
     w.warningsStatus = new QLabel(&bar);
     w.warningsStatus->setObjectName(QStringLiteral("WarningsStatus"));
     QPalette palette = w.warningsStatus->palette();
     palette.setColor(QPalette::WindowText, QColor(160, 0, 0));
     w.warningsStatus->setPalette(palette);
     bar.addWidget(w.designStatus);
+    bar.addWidget(w.requirementStatus);
     bar.addWidget(w.warningsStatus, 1);
 }
 

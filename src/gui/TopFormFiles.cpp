@@ -43,6 +43,7 @@ void TTopForm::ReadSettingsFile() {
     state_.ReadOut =
         settings.readOutMode == 0 ? ReadOutMode::GraphPosition : ReadOutMode::ValueAtFrequency;
     ReadBuildOptionsFile();
+    ReadRequirementFile();
 }
 
 const std::array<std::string, RecentFileCount>& TTopForm::RecentFiles() const {

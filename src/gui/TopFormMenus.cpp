@@ -88,6 +88,7 @@ void BuildToolMenus(QMenuBar& bar, TopFormWidgets& w) {
     w.dcBiasToolMenu = NewItem(parts, "DCBiasToolMenu", "DC Bias Tool");
     w.schematicMenu = NewItem(parts, "SchematicMenu", "Schematic");
     w.chooseCapacitorsMenu = NewItem(parts, "ChooseCapacitorsMenu", "Choose Capacitors");
+    w.requirementMenu = NewItem(parts, "RequirementMenu", "Requirement");
 
     QMenu& plot = *NewMenu(bar, "PlotOptionsMenu", "Plot Options");
     w.graphPositionReadOutMenu =

@@ -83,8 +83,10 @@ struct TopFormWidgets {
     QWidget* controlPanel;  // everything above the plot, left of the section panel
     QPlainTextEdit* memo;
     PlotBox* bitMap;
-    // The status line: the design held, and the build warnings of the last calculation.
+    // The status line: the design held, whether it meets the requirement, and the build
+    // warnings of the last calculation.
     QLabel* designStatus;
+    QLabel* requirementStatus;
     QLabel* warningsStatus;
 
     // Menu items. The selection items are indexed by the record value they select; the
@@ -105,6 +107,7 @@ struct TopFormWidgets {
     QAction* dcBiasToolMenu;
     QAction* schematicMenu;
     QAction* chooseCapacitorsMenu;
+    QAction* requirementMenu;
     QAction* graphPositionReadOutMenu;
     QAction* valueAtFrquencyReadOutMenu;
     QAction* dBMagMenu;

@@ -145,6 +145,31 @@ TEST_F(WindowFiles, BuildOptionsSurviveARestartAndTheStatusLineFollowsTheDesign)
     EXPECT_TRUE(messages.messages.empty());
 }
 
+// The requirement is kept in its own file beside the settings file, which keeps exactly the
+// lines it had, and the design is checked against it again after a restart.
+TEST_F(WindowFiles, TheRequirementSurvivesARestartInItsOwnFile) {
+    Start(&directories);
+    Restart();
+    const std::string settings = Read(directories.userFilesDir + "/Settings.txt");
+    Act("RequirementMenu");
+    for (const auto& [box, typed] : {std::pair{"PassEdge1Box", "1k"},
+                                     {"StopEdge1Box", "3k"},
+                                     {"PassDbBox", "1"},
+                                     {"StopDbBox", "40"}})
+        Type(box, typed);
+    Find<QAbstractButton>("CheckRequirementBox").click();
+    const std::string written = Read(directories.userFilesDir + "/Requirement.txt");
+    EXPECT_NE(written.find("\nmask = fp=1k,fs=3k,ap=1,as=40\ncheck = yes\n"), std::string::npos)
+        << written;
+    Restart();
+    EXPECT_EQ(Read(directories.userFilesDir + "/Settings.txt"), settings);
+    EXPECT_EQ(Text("StopEdge1Box"), "3k");
+    EXPECT_TRUE(Find<QAbstractButton>("CheckRequirementBox").isChecked());
+    EXPECT_TRUE(form().Results().requirement.active);
+    EXPECT_FALSE(Find<QLabel>("RequirementStatus").text().isEmpty());
+    EXPECT_TRUE(messages.messages.empty());
+}
+
 TEST_F(WindowFiles, ExportsAndThePrintedPageAreWritten) {
     Start(&directories);
     ASSERT_TRUE(form().SaveCircuitValuesTo(Path("values.txt")));

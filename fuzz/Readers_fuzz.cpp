@@ -1,6 +1,7 @@
 // Fuzz target: bytes through the program's real reading entry points. The first byte picks
 // the reader: a design file read from disk (and calculated), the settings file read from disk,
-// or text typed into every parameter box and capacitor box before a calculation. None may
+// text typed into every parameter box and capacitor box before a calculation, or a requirement
+// file whose mask, when it reads one, gets its orders and checks a calculation. None may
 // crash, hang or raise a sanitizer report.
 #include <unistd.h>
 
@@ -14,8 +15,10 @@
 #include "app/CapacitorEntry.h"
 #include "app/Initializevars.h"
 #include "app/Parameterboxes.h"
+#include "app/Requirementorders.h"
 #include "files/Filesaveread.h"
 #include "files/Regularfiles.h"
+#include "files/Requirementfile.h"
 #include "files/Settingsfile.h"
 
 namespace {
@@ -28,13 +31,15 @@ std::string ScratchFile(const char* ending, const std::string& bytes) {
     return path;
 }
 
-void Calculated(DesignState& design, TextBoxes& boxes) {
+void Calculated(DesignState& design, TextBoxes& boxes, const RequirementMask* mask = nullptr) {
     boxes[BoxId::WorstCaseRuns].SetText("3");
     ParameterBoxes parameters = boxes.Parameters();
     ComponentSettings settings;
     auto results = std::make_unique<DesignResults>();
     ToleranceRandom random;
-    Calculate(design, parameters, settings, *results, random);
+    CalculationOptions options;
+    options.mask = mask;
+    Calculate(design, parameters, settings, *results, random, options);
 }
 
 }  // namespace
@@ -44,7 +49,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string bytes(reinterpret_cast<const char*>(data) + 1, size - 1);
     DesignState design = DefaultDesignState();
     auto boxes = std::make_unique<TextBoxes>();
-    switch (data[0] % 3) {
+    switch (data[0] % 4) {
         case 0: {
             if (ReadDesignFile(ScratchFile(".kq_opamp", bytes), design).outcome ==
                 OpenOutcome::Opened)
@@ -56,6 +61,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                 ReadRegularFile(ScratchFile("-Settings.txt", bytes), MaxSettingsFileBytes);
             ProgramSettings settings;
             ApplySettingsText(file.bytes, settings, IsRegularFile);
+            break;
+        }
+        case 3: {
+            Requirement requirement;
+            ApplyRequirementText(bytes, requirement);
+            if (!requirement.mask) break;
+            const std::vector<OrderRow> rows =
+                RequirementOrders(OrderSearchFor(*requirement.mask, design));
+            if (!rows.empty())
+                ApplyOrderRow(rows.front(), requirement.mask->kind, design, boxes->Parameters());
+            Calculated(design, *boxes, &*requirement.mask);
             break;
         }
         default: {

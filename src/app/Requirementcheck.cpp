@@ -9,43 +9,42 @@ namespace nerivane {
 
 RequirementChecker::RequirementChecker(const RequirementMask& mask, const SimulationInputs& sweep,
                                        ToleranceRandom random, RequirementCheck& check)
-    : check_(check), edges_(MaskCheckPoints(mask)) {
+    : check_(check), points_(MaskCheckPoints(mask)) {
     check_ = {};
     check_.active = true;
     check_.mask = mask;
-    SimulationInputs atEdges = sweep;
-    atEdges.frequencies = edges_;
-    std::vector<Complex> response(edges_.size());
+    SimulationInputs atPoints = sweep;
+    atPoints.frequencies = points_;
+    std::vector<Complex> response(points_.size());
     const auto keep = [&] {
-        for (const Complex& h : response) edgeDb_.push_back(ComplexToDb(h.re, h.im));
+        for (const Complex& h : response) pointDb_.push_back(ComplexToDb(h.re, h.im));
     };
-    Simulate(atEdges, response, random, [&](int) { keep(); });
+    Simulate(atPoints, response, random, [&](int) { keep(); });
     // A single pass returns its one run without calling back.
-    if (edgeDb_.empty()) keep();
+    if (pointDb_.empty()) keep();
 }
 
 void RequirementChecker::CheckRun(int run, std::span<const double> frequencies,
                                   const Traces& traces) {
-    const std::size_t points = std::min(frequencies.size(), traces.magnitudeDb.size());
-    const std::span<const double> db(traces.magnitudeDb.data(), points);
-    const std::size_t first = static_cast<std::size_t>(run) * edges_.size();
-    if (first + edges_.size() > edgeDb_.size()) return;
-    const std::span<const double> edgeDb(edgeDb_.data() + first, edges_.size());
+    const std::size_t count = std::min(frequencies.size(), traces.magnitudeDb.size());
+    const std::span<const double> db(traces.magnitudeDb.data(), count);
+    const std::size_t first = static_cast<std::size_t>(run) * points_.size();
+    if (first + points_.size() > pointDb_.size()) return;
+    const std::span<const double> atPoints(pointDb_.data() + first, points_.size());
     if (run == 0) {
         double peak = -1e300;
         for (const double x : db) peak = std::max(peak, x);
-        for (const double x : edgeDb) peak = std::max(peak, x);
+        for (const double x : atPoints) peak = std::max(peak, x);
         check_.referenceDb = peak;
     }
     const MaskMargins margins =
-        Worse(MarginsAgainst(check_.mask, check_.referenceDb, frequencies.first(points), db),
-              MarginsAgainst(check_.mask, check_.referenceDb, edges_, edgeDb));
+        Worse(MarginsAgainst(check_.mask, check_.referenceDb, frequencies.first(count), db),
+              MarginsAgainst(check_.mask, check_.referenceDb, points_, atPoints));
     if (run == 0) check_.nominal = margins;
     check_.runs = run + 1;
     check_.runMeets.resize(static_cast<std::size_t>(run) + 1);
     check_.runMeets[static_cast<std::size_t>(run)] = margins.Meets() ? 1 : 0;
-    check_.runsMeeting = static_cast<int>(
-        std::count(check_.runMeets.begin(), check_.runMeets.end(), std::uint8_t{1}));
+    check_.runsMeeting += margins.Meets() ? 1 : 0;
 }
 
 namespace {

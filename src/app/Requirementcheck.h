@@ -36,8 +36,8 @@ class RequirementChecker {
 
   private:
     RequirementCheck& check_;
-    std::vector<double> edges_;
-    std::vector<double> edgeDb_;  // run by run, edge by edge
+    std::vector<double> points_;
+    std::vector<double> pointDb_;  // run by run, edge by edge
 };
 
 // The report's lines: the requirement, whether the nominal design meets it with its margins,

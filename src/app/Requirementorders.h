@@ -15,10 +15,11 @@ namespace nerivane {
 
 struct OrderSearch {
     RequirementMask mask;
-    int maxPoles = 20;     // the circuit's limit: 10 for band pass and notch
-    double ripple = 0.2;   // Papoulis is built with the design's ripple
-    double gamma = 0.0;    // Adjustable Gauss at the design's gamma
-    Response notchFamily;  // a notch's sections are the same whatever the family
+    int maxPoles = 20;    // the circuit's limit: 10 for band pass and notch
+    double ripple = 0.2;  // Papoulis is built with the design's ripple
+    double gamma = 0.0;   // Adjustable Gauss at the design's gamma
+    Response notchFamily =
+        Response::Butterworth;  // a notch's sections are the same whatever the family
 
     friend bool operator==(const OrderSearch&, const OrderSearch&) = default;
 };

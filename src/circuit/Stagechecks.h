@@ -1,7 +1,8 @@
 // What the built circuit asks of its parts and op amps, stage by stage: each section's f0, Q
 // and gain, the largest gain from the filter's input to its output, the op amp it needs to
 // stay within 0.1 dB of its ideal response and the slew rate a full-scale sine needs; the
-// notch's depth with its parts as listed; and the warnings an engineer should not miss.
+// notch's depth with its parts as listed; how hard each part pulls on its section's f0 and Q;
+// and the warnings an engineer should not miss.
 #pragma once
 
 #include <optional>
@@ -12,6 +13,7 @@
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
+#include "circuit/Sensitivity.h"
 
 namespace nerivane {
 
@@ -28,6 +30,8 @@ struct StageNeeds {
     double slewRateVPerUs = 0.0;  // for a sine of the input amplitude through to this stage
     // How far the parts' tolerances can move Q, summed over every part (NaN first order).
     double qSpread = 0.0;
+    // What 1 % more of each fitted part does to f0 and Q.
+    std::vector<PartSensitivity> sensitivity;
 };
 
 // Depths below this are rounding, not a notch anyone can measure.

@@ -32,13 +32,18 @@ void Texts(JsonWriter& json, const char* key, const std::vector<std::string>& te
     json.EndArray();
 }
 
-// An object of named numbers, as a section's coefficients or parts are listed.
-void NamedNumbers(JsonWriter& json, std::initializer_list<std::pair<const char*, double>> fields) {
-    json.BeginObject();
+// Named numbers in the open object.
+void Fields(JsonWriter& json, std::initializer_list<std::pair<const char*, double>> fields) {
     for (const auto& [name, value] : fields) {
         json.Key(name);
         json.Number(value);
     }
+}
+
+// An object of named numbers, as a section's coefficients or parts are listed.
+void NamedNumbers(JsonWriter& json, std::initializer_list<std::pair<const char*, double>> fields) {
+    json.BeginObject();
+    Fields(json, fields);
     json.EndObject();
 }
 
@@ -142,15 +147,33 @@ void Components(JsonWriter& json, const CliOutcome& o) {
 void Stages(JsonWriter& json, const CliOutcome& o) {
     json.Key("stages");
     json.BeginArray();
-    for (const StageNeeds& stage : o.results.checks.stages)
-        NamedNumbers(json, {{"f0_hz", stage.f0Hz},
-                            {"q", stage.q},
-                            {"gain", stage.gain},
-                            {"peak_gain", stage.peakGain},
-                            {"peak_gain_hz", stage.peakGainHz},
-                            {"gbw_needed_hz", stage.gainBandwidthHz},
-                            {"slew_rate_v_per_us", stage.slewRateVPerUs},
-                            {"q_spread", stage.qSpread}});
+    for (const StageNeeds& stage : o.results.checks.stages) {
+        json.BeginObject();
+        Fields(json, {{"f0_hz", stage.f0Hz},
+                      {"q", stage.q},
+                      {"gain", stage.gain},
+                      {"peak_gain", stage.peakGain},
+                      {"peak_gain_hz", stage.peakGainHz},
+                      {"gbw_needed_hz", stage.gainBandwidthHz},
+                      {"slew_rate_v_per_us", stage.slewRateVPerUs},
+                      {"q_spread", stage.qSpread}});
+        json.Key("sensitivity");
+        json.BeginArray();
+        for (const PartSensitivity& part : stage.sensitivity) {
+            json.BeginObject();
+            json.Key("part");
+            json.String(part.part);
+            Fields(json, {{"f0_percent", part.f0Percent}, {"q_percent", part.qPercent}});
+            json.EndObject();
+        }
+        json.EndArray();
+        json.Key("most_sensitive");
+        if (const PartSensitivity* most = MostSensitive(stage.sensitivity))
+            json.String(most->part);
+        else
+            json.Null();
+        json.EndObject();
+    }
     json.EndArray();
     if (!o.results.checks.notch) return;
     const NotchAsListed& notch = *o.results.checks.notch;

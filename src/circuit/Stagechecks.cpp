@@ -192,6 +192,7 @@ BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
                                       Percent(stage.qSpread) + ".");
         }
     }
+    checks.standardValues.assign(inputs.standardValues.begin(), inputs.standardValues.end());
     if (inputs.topology == Topology::VcvsNotch) checks.notch = CheckNotch(inputs);
     if (!inputs.idealOpAmp) {
         const Deepest difference = ModelDifference(inputs);
@@ -226,6 +227,16 @@ std::vector<std::string> BuildCheckLines(const BuildChecks& checks) {
                              ? std::string("over 10 THz")
                              : FormatEngineering(stage.gainBandwidthHz, 2, "Hz")));
         if (std::string line = MostSensitiveLine(stage); !line.empty()) lines.push_back(line);
+    }
+    const auto error = [](double before, double after) {
+        return FormatFixedPlain(100.0 * before, 2) + " % -> " + FormatFixedPlain(100.0 * after, 2) +
+               " %";
+    };
+    for (const StandardValueErrors& e : checks.standardValues) {
+        lines.push_back(
+            SectionName(e.section) + ": standard values searched: f0 error " +
+            error(e.f0Before, e.f0After) +
+            (std::isnan(e.qBefore) ? std::string() : ", Q error " + error(e.qBefore, e.qAfter)));
     }
     if (checks.notch) {
         const NotchAsListed& notch = *checks.notch;

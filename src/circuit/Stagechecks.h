@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "circuit/Beststandardvalues.h"
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
@@ -49,6 +50,8 @@ struct NotchAsListed {
 struct BuildChecks {
     std::vector<StageNeeds> stages;
     std::optional<NotchAsListed> notch;
+    // What searching the standard values gained, per section searched.
+    std::vector<StandardValueErrors> standardValues;
     std::vector<std::string> warnings;
 };
 
@@ -62,6 +65,8 @@ struct BuildCheckInputs {
     // The nominal cascade over the sweep as simulated with the chosen op-amp model; only the
     // other model's is simulated again to compare them.
     std::span<const Complex> response;
+    // The value calculation's errors of each section whose standard values it searched.
+    std::span<const StandardValueErrors> standardValues;
 };
 
 BuildChecks CheckBuild(const BuildCheckInputs& inputs);
@@ -71,7 +76,8 @@ inline constexpr double MaxQSpread = 0.25;
 // A model difference worth a word, in dB.
 inline constexpr double ModelDifferenceLimitDb = 0.5;
 
-// The report's lines after the circuit values: one block per stage, the notch, the warnings.
+// The report's lines after the circuit values: one block per stage, what searching the
+// standard values gained, the notch, the warnings.
 std::vector<std::string> BuildCheckLines(const BuildChecks& checks);
 
 }  // namespace nerivane

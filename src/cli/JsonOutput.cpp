@@ -93,6 +93,8 @@ void Design(JsonWriter& json, const CliOutcome& o) {
     number("input_amplitude_v", build.inputAmplitudeVolts);
     json.Key("notch_independent");
     json.Bool(build.notchPartsIndependent);
+    json.Key("best_standard_values");
+    json.Bool(build.bestStandardValues);
     integer("sweep_index", Index(s.SweepIndex));
     number("threshold_db", s.PhaseThreshold);
     Numbers(json, "c1_f", s.SectionC1, MaxSections);
@@ -142,6 +144,24 @@ void Components(JsonWriter& json, const CliOutcome& o) {
     json.EndArray();
 }
 
+// What searching the standard values gained, in percent; written only when the search ran.
+void StandardValues(JsonWriter& json, const std::vector<StandardValueErrors>& searched) {
+    if (searched.empty()) return;
+    json.Key("standard_values");
+    json.BeginArray();
+    for (const StandardValueErrors& e : searched) {
+        json.BeginObject();
+        json.Key("section");
+        json.Integer(e.section);
+        Fields(json, {{"f0_error_before_percent", 100.0 * e.f0Before},
+                      {"q_error_before_percent", 100.0 * e.qBefore},
+                      {"f0_error_after_percent", 100.0 * e.f0After},
+                      {"q_error_after_percent", 100.0 * e.qAfter}});
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
 // What each stage needs, and the notch as listed; a first-order stage's Q and a GBW no op amp
 // reaches are null.
 void Stages(JsonWriter& json, const CliOutcome& o) {
@@ -175,6 +195,7 @@ void Stages(JsonWriter& json, const CliOutcome& o) {
         json.EndObject();
     }
     json.EndArray();
+    StandardValues(json, o.results.checks.standardValues);
     if (!o.results.checks.notch) return;
     const NotchAsListed& notch = *o.results.checks.notch;
     json.Key("notch");

@@ -6,6 +6,7 @@
 #include <optional>
 #include <sstream>
 #include <string_view>
+#include <utility>
 
 #include "files/Atomicwrite.h"
 #include "files/Regularfiles.h"
@@ -62,9 +63,12 @@ bool Apply(std::string_view name, std::string_view value, BuildOptions& options,
         if (index) options.resistorSeries = static_cast<ResistorSeries>(*index);
         return index.has_value();
     }
-    if (name == "notch-parts-independent") {
+    for (const auto& [key, field] :
+         {std::pair{"notch-parts-independent", &BuildOptions::notchPartsIndependent},
+          std::pair{"best-standard-values", &BuildOptions::bestStandardValues}}) {
+        if (name != key) continue;
         const std::optional<int> index = ReadName(YesNo, value);
-        if (index) options.notchPartsIndependent = *index == 1;
+        if (index) options.*field = *index == 1;
         return index.has_value();
     }
     const std::optional<double> x = ReadNumber(value);
@@ -100,6 +104,8 @@ std::string BuildOptionsText(const BuildOptions& options) {
     text +=
         "notch-parts-independent = " + std::string(YesNo[options.notchPartsIndependent ? 1 : 0]) +
         "\n";
+    text +=
+        "best-standard-values = " + std::string(YesNo[options.bestStandardValues ? 1 : 0]) + "\n";
     return text;
 }
 

@@ -117,8 +117,9 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
                                        state.Gamma, state.Sections);
     if (results.prototype.note) results.reportNotes.emplace_back(results.prototype.note);
 
+    std::vector<StandardValueErrors> searched;  // empty, and never allocated, unless searched
     CalculateComponents(ComponentInputsOf(state), state.Sections, settings, results.parts,
-                        results.hints, results.messages);
+                        results.hints, results.messages, &searched);
     results.capacitorNotes = LoweredCapacitorNotes(state, results.parts);
 
     results.points = PlotPoints;
@@ -163,6 +164,7 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
     check.idealOpAmp = state.IdealOpAmp;
     check.frequencies = axis;
     check.response = std::span<const Complex>(results.response.data(), PlotPoints);
+    check.standardValues = searched;
     results.checks = CheckBuild(check);
     for (std::string& line : BuildCheckLines(results.checks)) results.report.push_back(line);
     for (std::string& line :

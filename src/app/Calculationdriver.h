@@ -38,8 +38,9 @@ struct DesignResults {
     // of 10.0 nF lowered to 2.70 nF ..."); the window shows this as the C1 box's colour.
     std::vector<std::string> capacitorNotes;
     std::vector<std::string> report;  // the circuit values report, then the build checks
-    // What each stage needs of its op amp and parts, and what is wrong with the circuit as
-    // built; its warnings are not messages, as they must not interrupt typing.
+    // What each stage needs of its op amp and parts, what searching the standard values gained
+    // and what is wrong with the circuit as built; its warnings are not messages, as they must
+    // not interrupt typing.
     BuildChecks checks;
     // What went wrong in the calculation (a band-pass section that cannot be split, a box
     // limit the program got wrong), for the front end to show.

@@ -1,7 +1,7 @@
 // How far the simulation and the parts go towards the circuit a person builds: the op amp's
-// model, the resistor series bought, the practical resistor range and the signal level the
-// stages are checked against, and how tolerance runs treat the notch's parts. Every choice
-// starts at the program's plain behaviour.
+// model, the resistor series bought and how resistors are picked from it, the practical
+// resistor range and the signal level the stages are checked against, and how tolerance runs
+// treat the notch's parts. Every choice starts at the program's plain behaviour.
 #pragma once
 
 #include <array>
@@ -38,6 +38,9 @@ struct BuildOptions {
     // Tolerance runs draw each of the notch's six parts on its own, its shunt capacitor and
     // both series capacitors included, instead of the notch as designed.
     bool notchPartsIndependent = false;
+    // Standard resistors are searched per section, each resistor's neighbours below and above
+    // together, for the f0 and Q nearest the exact design's, instead of each rounded alone.
+    bool bestStandardValues = false;
 
     friend bool operator==(const BuildOptions&, const BuildOptions&) = default;
 };

@@ -27,6 +27,11 @@ struct ComponentSettings {
                    ? NearestStdValue(resistorClass.stride, x)
                    : NearestDecadeSeriesValue(build.resistorSeries, x);
     }
+    StdNeighbours ResistorNeighbours(double x) const {
+        return build.resistorSeries == ResistorSeries::ToleranceClass
+                   ? StdValueNeighbours(resistorClass.stride, x)
+                   : DecadeSeriesNeighbours(build.resistorSeries, x);
+    }
     double CapacitorStd(double x) const { return NearestStdValue(capacitorClass.stride, x); }
 };
 

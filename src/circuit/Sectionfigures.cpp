@@ -56,11 +56,11 @@ double PassBandGain(Topology topology, const IdealSection& ideal, double f0Hz) {
     }
 }
 
+}  // namespace
+
 bool IsFitted(double value) {
     return value > 0.0 && value < NotUsedThreshold && std::isfinite(value);
 }
-
-}  // namespace
 
 IdealSection IdealOf(Topology topology, const WorkingComponents& parts) {
     return {ChainOf(topology, parts, 0.0)};
@@ -83,13 +83,9 @@ double QSpread(Topology topology, const WorkingComponents& parts, double q,
         moved.*field = parts.*field;
         spread += std::fabs((movedQ / q - 1.0) / Step) * tolerance;
     };
-    const double r = settings.resistorClass.fraction, c = settings.capacitorClass.fraction;
-    add(&WorkingComponents::R1, r);
-    add(&WorkingComponents::R2, r);
-    add(&WorkingComponents::R3, r);
-    add(&WorkingComponents::R4, r);
-    add(&WorkingComponents::C1, c);
-    add(&WorkingComponents::C2, c);
+    for (const SectionPart& part : SectionParts)
+        add(part.value,
+            part.resistor ? settings.resistorClass.fraction : settings.capacitorClass.fraction);
     return spread;
 }
 

@@ -3,6 +3,8 @@
 // parts' tolerances can move its Q.
 #pragma once
 
+#include <array>
+
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
 #include "circuit/Sectionchains.h"
@@ -25,6 +27,25 @@ struct SectionFigures {
     double gain;  // at DC (low pass, notch), at infinity (high pass), at f0 (band pass)
 };
 SectionFigures FiguresOf(Topology topology, const IdealSection& ideal);
+
+// A section's six values by name, in the order the report lists them.
+struct SectionPart {
+    const char* name;
+    double WorkingComponents::*value;
+    bool resistor;
+};
+inline constexpr std::array<SectionPart, 6> SectionParts = {{
+    {"R1", &WorkingComponents::R1, true},
+    {"R2", &WorkingComponents::R2, true},
+    {"R3", &WorkingComponents::R3, true},
+    {"R4", &WorkingComponents::R4, true},
+    {"C1", &WorkingComponents::C1, false},
+    {"C2", &WorkingComponents::C2, false},
+}};
+
+// A part the section is built with: a value, not zero (a wire or nothing) or a marker of an
+// open or absent part.
+bool IsFitted(double value);
 
 // The sum over the parts of |dQ/Q / dx/x| times each part's tolerance: how far the tolerances
 // can move Q, as a fraction.

@@ -118,6 +118,22 @@ std::string Percent(double fraction) {
     return FormatGeneral(100.0 * fraction, 3) + " %";
 }
 
+// "+0.25 %", "-0.50 %": rounded first, so a change of a few thousandths does not read "-0.00".
+std::string SignedPercent(double percent) {
+    const double rounded = std::round(100.0 * percent) / 100.0 + 0.0;
+    return (rounded >= 0.0 ? "+" : "") + FormatFixedPlain(rounded, 2) + " %";
+}
+
+std::string MostSensitiveLine(const StageNeeds& stage) {
+    const PartSensitivity* most = MostSensitive(stage.sensitivity);
+    if (most == nullptr) return {};
+    return "  most sensitive: " + std::string(most->part) + " (1 % moves f0 by " +
+           SignedPercent(most->f0Percent) +
+           (std::isnan(most->qPercent) ? std::string()
+                                       : ", Q by " + SignedPercent(most->qPercent)) +
+           ")";
+}
+
 }  // namespace
 
 BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
@@ -154,6 +170,7 @@ BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
         stage.gainBandwidthHz = GainBandwidthNeeded(ideal, inputs.frequencies, figures.f0Hz);
         stage.qSpread =
             std::isnan(stage.q) ? NaN : QSpread(inputs.topology, parts, stage.q, settings);
+        stage.sensitivity = SensitivitiesOf(inputs.topology, parts, figures);
 
         const std::string name = SectionName(s);
         if (!inputs.idealOpAmp && !(stage.gainBandwidthHz <= settings.gainBandwidth)) {
@@ -175,6 +192,7 @@ BuildChecks CheckBuild(const BuildCheckInputs& inputs) {
                                       Percent(stage.qSpread) + ".");
         }
     }
+    checks.standardValues.assign(inputs.standardValues.begin(), inputs.standardValues.end());
     if (inputs.topology == Topology::VcvsNotch) checks.notch = CheckNotch(inputs);
     if (!inputs.idealOpAmp) {
         const Deepest difference = ModelDifference(inputs);
@@ -208,6 +226,17 @@ std::vector<std::string> BuildCheckLines(const BuildChecks& checks) {
                         (std::isnan(stage.gainBandwidthHz)
                              ? std::string("over 10 THz")
                              : FormatEngineering(stage.gainBandwidthHz, 2, "Hz")));
+        if (std::string line = MostSensitiveLine(stage); !line.empty()) lines.push_back(line);
+    }
+    const auto error = [](double before, double after) {
+        return FormatFixedPlain(100.0 * before, 2) + " % -> " + FormatFixedPlain(100.0 * after, 2) +
+               " %";
+    };
+    for (const StandardValueErrors& e : checks.standardValues) {
+        lines.push_back(
+            SectionName(e.section) + ": standard values searched: f0 error " +
+            error(e.f0Before, e.f0After) +
+            (std::isnan(e.qBefore) ? std::string() : ", Q error " + error(e.qBefore, e.qAfter)));
     }
     if (checks.notch) {
         const NotchAsListed& notch = *checks.notch;

@@ -1,7 +1,8 @@
 // What the built circuit asks of its parts and op amps, stage by stage: each section's f0, Q
 // and gain, the largest gain from the filter's input to its output, the op amp it needs to
 // stay within 0.1 dB of its ideal response and the slew rate a full-scale sine needs; the
-// notch's depth with its parts as listed; and the warnings an engineer should not miss.
+// notch's depth with its parts as listed; how hard each part pulls on its section's f0 and Q;
+// and the warnings an engineer should not miss.
 #pragma once
 
 #include <optional>
@@ -9,9 +10,11 @@
 #include <string>
 #include <vector>
 
+#include "circuit/Beststandardvalues.h"
 #include "circuit/Circuitanalysis.h"
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
+#include "circuit/Sensitivity.h"
 
 namespace nerivane {
 
@@ -28,6 +31,8 @@ struct StageNeeds {
     double slewRateVPerUs = 0.0;  // for a sine of the input amplitude through to this stage
     // How far the parts' tolerances can move Q, summed over every part (NaN first order).
     double qSpread = 0.0;
+    // What 1 % more of each fitted part does to f0 and Q.
+    std::vector<PartSensitivity> sensitivity;
 };
 
 // Depths below this are rounding, not a notch anyone can measure.
@@ -45,6 +50,8 @@ struct NotchAsListed {
 struct BuildChecks {
     std::vector<StageNeeds> stages;
     std::optional<NotchAsListed> notch;
+    // What searching the standard values gained, per section searched.
+    std::vector<StandardValueErrors> standardValues;
     std::vector<std::string> warnings;
 };
 
@@ -58,6 +65,8 @@ struct BuildCheckInputs {
     // The nominal cascade over the sweep as simulated with the chosen op-amp model; only the
     // other model's is simulated again to compare them.
     std::span<const Complex> response;
+    // The value calculation's errors of each section whose standard values it searched.
+    std::span<const StandardValueErrors> standardValues;
 };
 
 BuildChecks CheckBuild(const BuildCheckInputs& inputs);
@@ -67,7 +76,8 @@ inline constexpr double MaxQSpread = 0.25;
 // A model difference worth a word, in dB.
 inline constexpr double ModelDifferenceLimitDb = 0.5;
 
-// The report's lines after the circuit values: one block per stage, the notch, the warnings.
+// The report's lines after the circuit values: one block per stage, what searching the
+// standard values gained, the notch, the warnings.
 std::vector<std::string> BuildCheckLines(const BuildChecks& checks);
 
 }  // namespace nerivane

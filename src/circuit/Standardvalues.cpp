@@ -55,36 +55,57 @@ const ToleranceClass* ToleranceClassOf(int percent) {
     return nullptr;
 }
 
+namespace {
+
+// Where x sits in the series of this stride: its mantissa and decade (in extended
+// precision, one factor of ten at a time, so a value and its neighbours come out of the same
+// digits) and the grid entries at or below and at or above the mantissa.
+struct GridPosition {
+    long double mantissa;
+    long double scale;
+    int below;
+    int above;
+    double Value(int k) const { return static_cast<double>(StdValueGrid[k] * scale); }
+    // Ties go to the smaller value.
+    int Nearest() const {
+        return mantissa - StdValueGrid[below] <= StdValueGrid[above] - mantissa ? below : above;
+    }
+};
+
+GridPosition PositionInGrid(int stride, double x) {
+    if (stride < 1) stride = 1;
+    GridPosition at{x, 1.0L, 0, 0};
+    if (at.mantissa < 1.0L) {
+        while (at.mantissa < 1.0L) {
+            at.mantissa *= 10.0L;
+            at.scale *= 0.1L;
+        }
+    } else {
+        while (at.mantissa >= 10.0L) {
+            at.mantissa *= 0.1L;
+            at.scale *= 10.0L;
+        }
+    }
+    // The grid starts at 1 and every stride reaches its first 10, so both ends exist.
+    for (int k = 0; k < StdValueGridSize && StdValueGrid[k] <= at.mantissa; k += stride)
+        at.below = k;
+    at.above = StdValueGrid[at.below] == at.mantissa ? at.below : at.below + stride;
+    return at;
+}
+
+}  // namespace
+
 double NearestStdValue(int stride, double x) {
     // Zero, negative markers, NaN and infinity pass through: none has a nearest value.
     if (!(x > 0.0) || !std::isfinite(x)) return x;
-    if (stride < 1) stride = 1;
-    // Extended precision, one factor of ten at a time: the value a series returns for, say,
-    // 4.7 nF is whatever this loop makes of it, and ties are decided on these digits.
-    long double mantissa = x;
-    long double scale = 1.0L;
-    if (mantissa < 1.0L) {
-        while (mantissa < 1.0L) {
-            mantissa *= 10.0L;
-            scale *= 0.1L;
-        }
-    } else {
-        while (mantissa >= 10.0L) {
-            mantissa *= 0.1L;
-            scale *= 10.0L;
-        }
-    }
-    long double bestDistance = 1000.0L;
-    int best = 0;
-    for (int k = 0; k < StdValueGridSize; k += stride) {
-        const long double distance =
-            mantissa > StdValueGrid[k] ? mantissa - StdValueGrid[k] : StdValueGrid[k] - mantissa;
-        if (distance < bestDistance) {
-            bestDistance = distance;
-            best = k;
-        }
-    }
-    return static_cast<double>(StdValueGrid[best] * scale);
+    const GridPosition at = PositionInGrid(stride, x);
+    return at.Value(at.Nearest());
+}
+
+StdNeighbours StdValueNeighbours(int stride, double x) {
+    if (!(x > 0.0) || !std::isfinite(x)) return {x, x};
+    const GridPosition at = PositionInGrid(stride, x);
+    return {at.Value(at.below), at.Value(at.above)};
 }
 
 int DecadeSeriesStride(ResistorSeries series) {
@@ -104,24 +125,60 @@ const char* DecadeSeriesName(ResistorSeries series) {
     }
 }
 
-double NearestDecadeSeriesValue(ResistorSeries series, double x) {
-    if (!(x > 0.0) || !std::isfinite(x)) return x;
-    const int stride = DecadeSeriesStride(series);
-    // Mantissas run 100 .. 988, so x = m * 10^(exponent - 2) for the m nearest in ratio; the
-    // next decade's 100 is a candidate too.
-    int exponent = static_cast<int>(std::floor(std::log10(x)));
-    const double mantissa = x / std::pow(10.0, exponent - 2);
-    double best = 100.0, bestDistance = INFINITY;
-    for (int k = 0; k <= 192; k += stride) {
-        const double candidate = k == 192 ? 1000.0 : E192Mantissas[k];
-        const double distance = std::fabs(std::log(mantissa / candidate));
-        if (distance < bestDistance) bestDistance = distance, best = candidate;
-    }
+namespace {
+
+// Where x sits in a decade series: its decade, and the mantissas (100 .. 988, and the next
+// decade's 1000) at or below and at or above its own, nearest in ratio.
+struct DecadePosition {
+    int shift;  // x = mantissa * 10^shift
+    double mantissa;
+    double below;
+    double above;
     // Exact decimal values: an integer times, or divided by, a power of ten, so the value
     // is the double that its three printed digits read back as.
-    const int shift = exponent - 2;
-    const double power = std::pow(10.0, std::abs(shift));
-    return shift >= 0 ? best * power : best / power;
+    double Value(double m) const {
+        const double power = std::pow(10.0, std::abs(shift));
+        return shift >= 0 ? m * power : m / power;
+    }
+    // Ties go to the smaller value.
+    double Nearest() const {
+        return std::fabs(std::log(mantissa / below)) <= std::fabs(std::log(mantissa / above))
+                   ? below
+                   : above;
+    }
+};
+
+DecadePosition PositionInDecadeSeries(ResistorSeries series, double x) {
+    const int stride = DecadeSeriesStride(series);
+    DecadePosition at{};
+    at.shift = static_cast<int>(std::floor(std::log10(x))) - 2;
+    at.mantissa = x / std::pow(10.0, at.shift);
+    // A mantissa the logarithm's rounding left a hair outside 100 .. 1000 has that end as
+    // both neighbours.
+    at.below = 100.0, at.above = 1000.0;
+    for (int k = 0; k <= 192; k += stride) {
+        const double candidate = k == 192 ? 1000.0 : E192Mantissas[k];
+        if (candidate <= at.mantissa) at.below = candidate;
+        if (candidate >= at.mantissa) {
+            at.above = candidate;
+            break;
+        }
+    }
+    return at;
+}
+
+}  // namespace
+
+double NearestDecadeSeriesValue(ResistorSeries series, double x) {
+    if (!(x > 0.0) || !std::isfinite(x)) return x;
+    const DecadePosition at = PositionInDecadeSeries(series, x);
+    return at.Value(at.Nearest());
+}
+
+StdNeighbours DecadeSeriesNeighbours(ResistorSeries series, double x) {
+    if (!(x > 0.0) || !std::isfinite(x)) return {x, x};
+    const DecadePosition at = PositionInDecadeSeries(series, x);
+    return {at.Value(at.below), at.Value(at.above)};
 }
 
 bool IsDecadeSeriesValue(ResistorSeries series, double x) {

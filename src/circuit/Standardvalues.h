@@ -39,11 +39,20 @@ const ToleranceClass* ToleranceClassOf(int percent);
 // so the absent-part marker) come back unchanged. Ties go to the smaller value.
 double NearestStdValue(int stride, double x);
 
+// The series' values next to x: below <= x <= above, both x when it is one. The nearest
+// value is always one of the two. Values without a nearest one come back as both.
+struct StdNeighbours {
+    double below;
+    double above;
+};
+StdNeighbours StdValueNeighbours(int stride, double x);
+
 // The decade series E48, E96 and E192, as resistors are stocked: the value nearest x in ratio,
 // exactly the decimal number its three digits print (1.02 kΩ is 1020.0). Markers, zero, NaN
 // and infinity pass through.
 double NearestDecadeSeriesValue(ResistorSeries series, double x);
 bool IsDecadeSeriesValue(ResistorSeries series, double x);
+StdNeighbours DecadeSeriesNeighbours(ResistorSeries series, double x);
 // "E48", "E96", "E192"; empty for the tolerance class's own series.
 const char* DecadeSeriesName(ResistorSeries series);
 

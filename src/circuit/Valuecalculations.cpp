@@ -273,12 +273,14 @@ Denominator PrototypeSection(const ProtoSections& prototype, int p) {
 
 // Rounds the resistors to the chosen series unless exact values were asked for; capacitors
 // are standard values or markers already.
-void StoreSection(const SectionContext& x, WorkingComponents p, SectionComponents& parts) {
-    if (x.settings.mode != ToleranceMode::Exact) {
-        p.R1 = x.settings.ResistorStd(p.R1);
-        p.R2 = x.settings.ResistorStd(p.R2);
-        p.R3 = x.settings.ResistorStd(p.R3);
-        p.R4 = x.settings.ResistorStd(p.R4);
+void StoreSection(const SectionContext& x, WorkingComponents p, SectionComponents& parts,
+                  std::vector<StandardValueErrors>* searched) {
+    if (x.settings.mode != ToleranceMode::Exact && x.settings.build.bestStandardValues) {
+        StandardValueErrors errors{.section = x.index};
+        p = SearchedResistors(x.inputs.topology, p, x.settings, errors);
+        if (searched) searched->push_back(errors);
+    } else if (x.settings.mode != ToleranceMode::Exact) {
+        p = RoundedResistors(p, x.settings);
     }
     parts.Store(x.index, p);
 }
@@ -293,7 +295,9 @@ double StepCapacitor(const ComponentSettings& settings, double value, bool up) {
 
 void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& prototype,
                          const ComponentSettings& settings, SectionComponents& parts,
-                         SectionPanelHints& hints, Messages& messages) {
+                         SectionPanelHints& hints, Messages& messages,
+                         std::vector<StandardValueErrors>* searched) {
+    if (searched) searched->clear();
     const double w = TwoPi * inputs.f0;
     // A real prototype pole makes one band-pass section and a pole pair two; once the real
     // pole has been passed the pairs start one section later.
@@ -340,7 +344,7 @@ void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& pro
                 break;
             default: continue;
         }
-        StoreSection(x, working, parts);
+        StoreSection(x, working, parts, searched);
     }
 }
 

@@ -5,7 +5,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "circuit/Beststandardvalues.h"
 #include "circuit/Components.h"
 #include "circuit/Componentsettings.h"
 #include "numerics/Message.h"
@@ -40,9 +42,11 @@ struct SectionPanelHints {
 double StepCapacitor(const ComponentSettings& settings, double value, bool up);
 
 // Fills parts for sections 0 .. numSections-1 in order. A failure of the band-pass mapping
-// adds its message and leaves that section's previous values in parts.
+// adds its message and leaves that section's previous values in parts. When standard values
+// are searched, searched (if given) gets each section's errors before and after the search.
 void CalculateComponents(const ComponentInputs& inputs, const ProtoSections& prototype,
                          const ComponentSettings& settings, SectionComponents& parts,
-                         SectionPanelHints& hints, Messages& messages);
+                         SectionPanelHints& hints, Messages& messages,
+                         std::vector<StandardValueErrors>* searched = nullptr);
 
 }  // namespace nerivane

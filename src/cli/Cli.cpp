@@ -125,6 +125,13 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     bool notchIndependent = false;
     app.add_flag("--notch-independent", notchIndependent,
                  "Worst-case runs vary each of the notch's resistors and capacitors on its own");
+    bool bestStandard = false;
+    app.add_flag("--best-std", bestStandard,
+                 "In standard and worst-case modes, try each section's resistors at the standard "
+                 "values below and above their exact ones together and keep the combination "
+                 "whose f0 and Q come nearest the exact design's, instead of rounding each "
+                 "resistor alone; the report and the JSON give each section's errors before and "
+                 "after");
     bool strict = false;
     app.add_flag("--strict", strict,
                  "Treat every warning, note or message as a usage error: exit 2, write nothing");
@@ -181,6 +188,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         }
         capacitorRepairs = ApplyOptions(options, state, *boxes, settings);
         settings.build.notchPartsIndependent = notchIndependent;
+        settings.build.bestStandardValues = bestStandard;
         if (options.Has("--seed")) seed = SeedOption(options);
         plotSize = PlotSizeOption(options);
         if (options.Has("--plot") && !IsPlotFileName(options.Get("--plot")))

@@ -32,13 +32,18 @@ void Texts(JsonWriter& json, const char* key, const std::vector<std::string>& te
     json.EndArray();
 }
 
-// An object of named numbers, as a section's coefficients or parts are listed.
-void NamedNumbers(JsonWriter& json, std::initializer_list<std::pair<const char*, double>> fields) {
-    json.BeginObject();
+// Named numbers in the open object.
+void Fields(JsonWriter& json, std::initializer_list<std::pair<const char*, double>> fields) {
     for (const auto& [name, value] : fields) {
         json.Key(name);
         json.Number(value);
     }
+}
+
+// An object of named numbers, as a section's coefficients or parts are listed.
+void NamedNumbers(JsonWriter& json, std::initializer_list<std::pair<const char*, double>> fields) {
+    json.BeginObject();
+    Fields(json, fields);
     json.EndObject();
 }
 
@@ -88,6 +93,8 @@ void Design(JsonWriter& json, const CliOutcome& o) {
     number("input_amplitude_v", build.inputAmplitudeVolts);
     json.Key("notch_independent");
     json.Bool(build.notchPartsIndependent);
+    json.Key("best_standard_values");
+    json.Bool(build.bestStandardValues);
     integer("sweep_index", Index(s.SweepIndex));
     number("threshold_db", s.PhaseThreshold);
     Numbers(json, "c1_f", s.SectionC1, MaxSections);
@@ -137,21 +144,58 @@ void Components(JsonWriter& json, const CliOutcome& o) {
     json.EndArray();
 }
 
+// What searching the standard values gained, in percent; written only when the search ran.
+void StandardValues(JsonWriter& json, const std::vector<StandardValueErrors>& searched) {
+    if (searched.empty()) return;
+    json.Key("standard_values");
+    json.BeginArray();
+    for (const StandardValueErrors& e : searched) {
+        json.BeginObject();
+        json.Key("section");
+        json.Integer(e.section);
+        Fields(json, {{"f0_error_before_percent", 100.0 * e.f0Before},
+                      {"q_error_before_percent", 100.0 * e.qBefore},
+                      {"f0_error_after_percent", 100.0 * e.f0After},
+                      {"q_error_after_percent", 100.0 * e.qAfter}});
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
 // What each stage needs, and the notch as listed; a first-order stage's Q and a GBW no op amp
 // reaches are null.
 void Stages(JsonWriter& json, const CliOutcome& o) {
     json.Key("stages");
     json.BeginArray();
-    for (const StageNeeds& stage : o.results.checks.stages)
-        NamedNumbers(json, {{"f0_hz", stage.f0Hz},
-                            {"q", stage.q},
-                            {"gain", stage.gain},
-                            {"peak_gain", stage.peakGain},
-                            {"peak_gain_hz", stage.peakGainHz},
-                            {"gbw_needed_hz", stage.gainBandwidthHz},
-                            {"slew_rate_v_per_us", stage.slewRateVPerUs},
-                            {"q_spread", stage.qSpread}});
+    for (const StageNeeds& stage : o.results.checks.stages) {
+        json.BeginObject();
+        Fields(json, {{"f0_hz", stage.f0Hz},
+                      {"q", stage.q},
+                      {"gain", stage.gain},
+                      {"peak_gain", stage.peakGain},
+                      {"peak_gain_hz", stage.peakGainHz},
+                      {"gbw_needed_hz", stage.gainBandwidthHz},
+                      {"slew_rate_v_per_us", stage.slewRateVPerUs},
+                      {"q_spread", stage.qSpread}});
+        json.Key("sensitivity");
+        json.BeginArray();
+        for (const PartSensitivity& part : stage.sensitivity) {
+            json.BeginObject();
+            json.Key("part");
+            json.String(part.part);
+            Fields(json, {{"f0_percent", part.f0Percent}, {"q_percent", part.qPercent}});
+            json.EndObject();
+        }
+        json.EndArray();
+        json.Key("most_sensitive");
+        if (const PartSensitivity* most = MostSensitive(stage.sensitivity))
+            json.String(most->part);
+        else
+            json.Null();
+        json.EndObject();
+    }
     json.EndArray();
+    StandardValues(json, o.results.checks.standardValues);
     if (!o.results.checks.notch) return;
     const NotchAsListed& notch = *o.results.checks.notch;
     json.Key("notch");

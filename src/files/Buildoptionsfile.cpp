@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "files/Atomicwrite.h"
 #include "files/Settinglines.h"
@@ -52,9 +53,12 @@ bool Apply(std::string_view name, std::string_view value, BuildOptions& options,
         if (index) options.resistorSeries = static_cast<ResistorSeries>(*index);
         return index.has_value();
     }
-    if (name == "notch-parts-independent") {
+    for (const auto& [key, field] :
+         {std::pair{"notch-parts-independent", &BuildOptions::notchPartsIndependent},
+          std::pair{"best-standard-values", &BuildOptions::bestStandardValues}}) {
+        if (name != key) continue;
         const std::optional<bool> yes = ReadYesNo(value);
-        if (yes) options.notchPartsIndependent = *yes;
+        if (yes) options.*field = *yes;
         return yes.has_value();
     }
     const std::optional<double> x = ReadNumber(value);
@@ -84,6 +88,7 @@ std::string BuildOptionsText(const BuildOptions& options) {
     text += "input-amplitude-volts = " + Number(options.inputAmplitudeVolts) + "\n";
     text +=
         "notch-parts-independent = " + std::string(YesNoText(options.notchPartsIndependent)) + "\n";
+    text += "best-standard-values = " + std::string(YesNoText(options.bestStandardValues)) + "\n";
     return text;
 }
 

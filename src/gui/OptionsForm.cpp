@@ -26,6 +26,7 @@ struct TOptionsForm::Widgets {
     QLineEdit* maxOhms;
     QLineEdit* amplitude;
     QCheckBox* notchIndependent;
+    QCheckBox* bestStandard;
 };
 
 namespace {
@@ -80,6 +81,13 @@ TOptionsForm::TOptionsForm(QWidget* parent) : QDialog(parent) {
     auto* notchIndependent =
         NewNamed<QCheckBox>("NotchIndependentBox",
                             QStringLiteral("Worst case varies each notch part on its own"), build);
+    auto* bestStandard = NewNamed<QCheckBox>(
+        "BestStandardBox",
+        QStringLiteral("Standard resistors: search each section's neighbours for f0 and Q"), build);
+    bestStandard->setToolTip(QStringLiteral(
+        "Instead of rounding each resistor alone, try the standard values below and above each "
+        "resistor together and keep the ones that keep the section's f0 and Q nearest the exact "
+        "design"));
     auto* form = new QFormLayout(build);
     form->addRow(QStringLiteral("Op-amp model"), opAmpModel);
     auto* range = new QHBoxLayout;
@@ -89,6 +97,7 @@ TOptionsForm::TOptionsForm(QWidget* parent) : QDialog(parent) {
     form->addRow(QStringLiteral("Practical resistors"), range);
     form->addRow(QStringLiteral("Input amplitude (V peak)"), amplitude);
     form->addRow(notchIndependent);
+    form->addRow(bestStandard);
 
     auto* thresholdLayout = new QHBoxLayout;
     thresholdLayout->addWidget(thresholdBox);
@@ -105,12 +114,14 @@ TOptionsForm::TOptionsForm(QWidget* parent) : QDialog(parent) {
     // Wide enough for the explanation to wrap onto two lines rather than a narrow column.
     setMinimumWidth(360);
 
-    widgets_ = std::make_unique<Widgets>(Widgets{LineEditBox(thresholdBox), opAmpModel, minOhms,
-                                                 maxOhms, amplitude, notchIndependent});
+    widgets_ =
+        std::make_unique<Widgets>(Widgets{LineEditBox(thresholdBox), opAmpModel, minOhms, maxOhms,
+                                          amplitude, notchIndependent, bestStandard});
     ShowBuildOptions({});
     // The model and the check box take effect at once, as the tolerance buttons do.
     connect(opAmpModel, &QComboBox::activated, this, &TOptionsForm::Applied);
     connect(notchIndependent, &QCheckBox::clicked, this, &TOptionsForm::Applied);
+    connect(bestStandard, &QCheckBox::clicked, this, &TOptionsForm::Applied);
 }
 
 TOptionsForm::~TOptionsForm() = default;
@@ -140,6 +151,7 @@ BuildOptions TOptionsForm::ReadBuildOptions(const BuildOptions& current, Message
     options.inputAmplitudeVolts =
         ReadPositive(w.amplitude, "V", current.inputAmplitudeVolts, "voltage", messages);
     options.notchPartsIndependent = w.notchIndependent->isChecked();
+    options.bestStandardValues = w.bestStandard->isChecked();
     return options;
 }
 
@@ -150,6 +162,7 @@ void TOptionsForm::ShowBuildOptions(const BuildOptions& options) {
     w.maxOhms->setText(EngineeringText(options.maxPracticalOhms, "\u03A9"));
     w.amplitude->setText(EngineeringText(options.inputAmplitudeVolts, "V"));
     w.notchIndependent->setChecked(options.notchPartsIndependent);
+    w.bestStandard->setChecked(options.bestStandardValues);
 }
 
 void TOptionsForm::showEvent(QShowEvent* event) {

@@ -1,7 +1,7 @@
 // The "Phase Plot Threshold" dialog: the level below which the phase and group-delay traces
 // are not drawn, typed as a positive number of dB, and the options of the circuit as built
 // (the op-amp model, the practical resistor range, the input amplitude, independent notch
-// parts); "Apply" recalculates.
+// parts, searched standard resistors); "Apply" recalculates.
 #pragma once
 
 #include <QDialog>

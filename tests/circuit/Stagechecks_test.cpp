@@ -37,7 +37,7 @@ Checked Check(Topology topology, int poles, double gainDb, bool ideal, double gb
     const int sections = SectionsForPoles(topology, poles);
     std::vector<Complex> nominal(sweep.size());
     SimulateCascade(topology, c.parts, sections, OpAmpOf(c.settings), sweep, nominal);
-    c.checks = CheckBuild({topology, sections, &c.parts, &c.settings, ideal, sweep, nominal});
+    c.checks = CheckBuild({topology, sections, &c.parts, &c.settings, ideal, sweep, nominal, {}});
     return c;
 }
 

@@ -216,6 +216,31 @@ TEST(NearestStdValue, NoSeriesMemberIsNearer) {
         }
 }
 
+// The values either side of x hold the nearest, on which the standard-value search starts.
+TEST(StdValueNeighbours, BracketTheValueAndHoldTheNearest) {
+    using S = ResistorSeries;
+    // clang-format off
+    const struct { S series; int stride; double x, below, above; } cases[] = {
+        {S::ToleranceClass, 1, 1.01, 1.0, 1.025}, {S::ToleranceClass, 16, 9.6, 6.8, 10.0},
+        {S::ToleranceClass, 1, 5.0, 5.0, 5.0},    {S::E48, 0, 9.9e3, 9.53e3, 10e3},
+        {S::E192, 0, 0.5, 0.499, 0.505},          {S::E96, 0, 1.5e6, 1.5e6, 1.5e6},
+    };
+    // clang-format on
+    for (const auto& c : cases) {
+        const StdNeighbours n =
+            c.stride ? StdValueNeighbours(c.stride, c.x) : DecadeSeriesNeighbours(c.series, c.x);
+        EXPECT_TRUE(std::fabs(n.below / c.below - 1) + std::fabs(n.above / c.above - 1) < 1e-12)
+            << c.x << ": " << n.below << " " << n.above;
+    }
+    for (double x = 0.9e3; x < 11e3; x *= 1.00731) {
+        for (const auto& [n, nearest] :
+             {std::pair{StdValueNeighbours(2, x), NearestStdValue(2, x)},
+              std::pair{StdValueNeighbours(16, x), NearestStdValue(16, x)},
+              std::pair{DecadeSeriesNeighbours(S::E96, x), NearestDecadeSeriesValue(S::E96, x)}})
+            ASSERT_TRUE(n.below <= x && x <= n.above && (nearest == n.below || nearest == n.above));
+    }
+}
+
 // The published E6 and E12 series, and E24 with the 10 that closes the decade.
 TEST(StdValueGrid, StridesGiveTheNamedSeries) {
     const auto series = [](int stride) {

@@ -15,6 +15,7 @@ TEST(BuildOptionsFile, ReadsBackWhatItWritesInAnyOrder) {
     options.maxPracticalOhms = 1e8;
     options.inputAmplitudeVolts = 0.1;
     options.notchPartsIndependent = true;
+    options.bestStandardValues = true;
     std::string text = BuildOptionsText(options);
     BuildOptions read;
     EXPECT_TRUE(ApplyBuildOptionsText(text, read).empty());
@@ -38,6 +39,7 @@ TEST(BuildOptionsFile, NamesEveryLineItCannotUse) {
         {"input-amplitude-volts = -1\n", "line 1"},
         {"input-amplitude-volts = 1,5\n", "line 1"},
         {"notch-parts-independent = maybe\n", "line 1"},
+        {"best-standard-values = 1\n", "line 1"},
         {"just words\n", "line 1"},
         {"min-practical-ohms = 1e6\nmax-practical-ohms = 1e3\n", "lines 1 and 2"},
     };

@@ -5,6 +5,7 @@
 // hold is the file-format and command-line tests' concern.
 #include <unistd.h>
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QPrinter>
 #include <QTextBrowser>
@@ -124,6 +125,7 @@ TEST_F(WindowFiles, BuildOptionsSurviveARestartAndTheStatusLineFollowsTheDesign)
     Find<QComboBox>("OpAmpModelBox").setCurrentIndex(1);
     Find<QComboBox>("ResistorSeriesBox").setCurrentIndex(2);
     Find<QLineEdit>("MaxResistanceBox").setText("1M");
+    Find<QCheckBox>("BestStandardBox").click();
     Act("IdealOpAmpCheckBox");
     Type("F0Box", "0.06");
     Act("VCVSNotch");
@@ -131,6 +133,7 @@ TEST_F(WindowFiles, BuildOptionsSurviveARestartAndTheStatusLineFollowsTheDesign)
     EXPECT_NE(written.find("opamp-model = single-pole\n"), std::string::npos) << written;
     EXPECT_NE(written.find("resistor-series = e96\n"), std::string::npos) << written;
     EXPECT_NE(written.find("max-practical-ohms = 1e+06\n"), std::string::npos) << written;
+    EXPECT_NE(written.find("best-standard-values = yes\n"), std::string::npos) << written;
     EXPECT_TRUE(Find<QLabel>("DesignStatus").text().startsWith("VCVS Notch, Adjustable Gauss, 3"));
     EXPECT_TRUE(Find<QLabel>("WarningsStatus").text().contains("outside the practical range"));
 
@@ -141,6 +144,7 @@ TEST_F(WindowFiles, BuildOptionsSurviveARestartAndTheStatusLineFollowsTheDesign)
     EXPECT_EQ(Find<QComboBox>("OpAmpModelBox").currentIndex(), 1);
     EXPECT_EQ(Find<QComboBox>("ResistorSeriesBox").currentIndex(), 2);
     EXPECT_EQ(Find<QLineEdit>("MaxResistanceBox").text(), "1M\u03A9");
+    EXPECT_TRUE(Find<QCheckBox>("BestStandardBox").isChecked());
     EXPECT_EQ(Read(directories.userFilesDir + "/Settings.txt").find("opamp"), std::string::npos);
     EXPECT_TRUE(messages.messages.empty());
 }

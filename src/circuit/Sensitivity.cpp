@@ -16,8 +16,13 @@ std::vector<PartSensitivity> SensitivitiesOf(Topology topology, const WorkingCom
         moved.*part.value = value * (1.0 + Step);
         const SectionFigures changed = FiguresOf(topology, IdealOf(topology, moved));
         moved.*part.value = value;
-        sensitivities.push_back({part.name, 100.0 * (changed.f0Hz / figures.f0Hz - 1.0),
-                                 100.0 * (changed.q / figures.q - 1.0)});
+        // A part that does not reach a figure moves it by rounding alone: none at all.
+        const auto percent = [](double ratio) {
+            const double change = 100.0 * (ratio - 1.0);
+            return std::fabs(change) < 1e-9 ? 0.0 : change;
+        };
+        sensitivities.push_back(
+            {part.name, percent(changed.f0Hz / figures.f0Hz), percent(changed.q / figures.q)});
     }
     return sensitivities;
 }

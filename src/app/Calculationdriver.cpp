@@ -167,8 +167,9 @@ void Calculate(DesignState& state, const ParameterBoxes& boxes, ComponentSetting
     check.standardValues = searched;
     results.checks = CheckBuild(check);
     for (std::string& line : BuildCheckLines(results.checks)) results.report.push_back(line);
-    for (std::string& line :
-         RequirementLines(results.requirement, state.Tolerance == ToleranceMode::WorstCase))
+    // A single pass made the nominal run alone: no yield to tell.
+    const bool yieldMade = state.Tolerance == ToleranceMode::WorstCase && !options.singlePass;
+    for (std::string& line : RequirementLines(results.requirement, yieldMade))
         results.report.push_back(line);
 }
 

@@ -223,6 +223,17 @@ TEST(RequirementCheck, EnvelopeHoldsEveryRunAndTheYieldCountsThem) {
     EXPECT_EQ(check.runsMeeting, meetingByHand);
     EXPECT_GT(meetingByHand, 0);
     EXPECT_LT(meetingByHand, 1000);
+    const auto yieldLine = [&] {
+        for (const std::string& line : design.results->report)
+            if (line.starts_with("  yield ")) return line;
+        return std::string();
+    };
+    EXPECT_TRUE(yieldLine().starts_with("  yield " + std::to_string(meetingByHand) + " of 1000"));
+    // Stepping a part runs the nominal circuit alone, which has no yield to tell.
+    options.singlePass = true;
+    Calculate(design.state, design.boxes.Parameters(), design.settings, *design.results, random,
+              options);
+    EXPECT_EQ(yieldLine(), "");
 }
 
 TEST(RequirementMask, TextsReadBackOrSayWhatIsWrong) {

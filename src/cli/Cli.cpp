@@ -16,6 +16,7 @@
 #include "cli/Applyoptions.h"
 #include "cli/CliBox.h"
 #include "cli/JsonOutput.h"
+#include "cli/Names.h"
 #include "cli/Outputs.h"
 #include "cli/Plotoutput.h"
 #include "cli/Rasterplugin.h"
@@ -87,6 +88,9 @@ const char* const ValueOptions[][2] = {
      "fp1=9k,fp2=11k,fs1=7k,fs2=14k,ap=1,as=30 (band pass; a notch when fs1 and fs2 lie "
      "between fp1 and fp2; f0=... sets the centre). Attenuation counts from the response's "
      "peak"},
+    {"--apply-order",
+     "With --mask: design the fewest poles of this family that meet the requirement (a response "
+     "name), at the F0 and band width of its row, as the requirement dialog's Apply does"},
     {"--seed", "Seed of the random tolerance draws (default 1)"},
     {"--sweep", "linear, half-to-double, two-octaves, three-octaves, one-decade, two-decades"},
     {"--threshold", "Phase plot threshold in dB"},
@@ -180,11 +184,19 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     }
     std::vector<Repair> capacitorRepairs;
     std::optional<RequirementMask> mask;
+    std::optional<int> family;  // of --apply-order
     try {
         if (options.Has("--mask")) {
             const ParsedMask parsed = ParseMask(options.Get("--mask"));
             if (!parsed.mask) throw UsageError("--mask: " + parsed.problem);
             mask = parsed.mask;
+        }
+        if (options.Has("--apply-order")) {
+            if (!mask) throw UsageError("--apply-order: needs a requirement (--mask)");
+            family = IndexOfName(ResponseNames, options.Get("--apply-order"));
+            if (!family)
+                throw UsageError("--apply-order: \"" + options.Get("--apply-order") +
+                                 "\" is not one of " + JoinNames(ResponseNames));
         }
         capacitorRepairs = ApplyOptions(options, state, *boxes, settings);
         settings.build.notchPartsIndependent = notchIndependent;
@@ -205,8 +217,22 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     Diagnostics diagnostics(err);
     ScopedInstall<MathErrorLog, InstallMathErrorLog> mathErrorScope(&diagnostics);
 
-    const ControlStates controls = UpdateControlStates(state);
     auto results = std::make_unique<DesignResults>();
+    if (family) {
+        // The search reads the design's ripple and gamma as the boxes give them.
+        ToleranceRandom scratch(seed);
+        Calculate(state, boxes->Parameters(), settings, *results, scratch, {true, nullptr});
+        const std::vector<OrderRow> rows = RequirementOrders(OrderSearchFor(*mask, state));
+        const auto row = std::find_if(rows.begin(), rows.end(), [&](const OrderRow& r) {
+            return Index(r.family) == *family;
+        });
+        if (row != rows.end() && row->Meets())
+            ApplyOrderRow(*row, mask->kind, state, boxes->Parameters());
+        else
+            diagnostics.Say("warning: --apply-order: no " + options.Get("--apply-order") +
+                            " order meets the requirement; the design is left as it was");
+    }
+    const ControlStates controls = UpdateControlStates(state);
     std::unique_ptr<PlotOutput> plot;
     try {
         if (options.Has("--plot")) plot = std::make_unique<PlotOutput>(plotSize);

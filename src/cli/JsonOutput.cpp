@@ -2,11 +2,13 @@
 
 #include <cmath>
 #include <initializer_list>
+#include <limits>
 #include <utility>
 
 #include "cli/JsonWriter.h"
 #include "cli/Names.h"
 #include "numerics/CheckedMath.h"
+#include "response/Valuesreport.h"
 
 namespace nerivane::cli {
 namespace {
@@ -144,6 +146,47 @@ void Components(JsonWriter& json, const CliOutcome& o) {
     json.EndArray();
 }
 
+// A part's state for a script: a 0 Ω resistor is a value, a series capacitor bypassed because
+// R1 is open is a wire; only a "value" has a number.
+const char* PartStateName(const ReportedPart& part) {
+    switch (part.state) {
+        case PartState::Placed: return "value";
+        case PartState::Wire: return part.value == 0.0 ? "value" : "wire";
+        case PartState::LeftOut:
+        case PartState::Absent: return "open";
+        case PartState::NoSolution:
+        case PartState::NoValue: break;
+    }
+    return "no solution";
+}
+
+void Parts(JsonWriter& json, const CliOutcome& o) {
+    json.Key("parts");
+    json.BeginArray();
+    for (const ReportedPart& part :
+         ReportedParts(o.state.TopologyIndex, o.results.parts, o.state.NumSections)) {
+        json.BeginObject();
+        json.Key("section");
+        json.Integer(part.section);
+        const std::string_view state = PartStateName(part);
+        for (const auto& [key, value] :
+             {std::pair{"designator", std::string_view(part.designator)},
+              std::pair{"role", std::string_view(part.role)}, std::pair{"state", state}}) {
+            json.Key(key);
+            json.String(value);
+        }
+        json.Key("value");
+        if (state == "value")
+            json.Number(part.value);
+        else
+            json.Null();
+        json.Key("printed");
+        json.String(part.printed);
+        json.EndObject();
+    }
+    json.EndArray();
+}
+
 // What searching the standard values gained, in percent; written only when the search ran.
 void StandardValues(JsonWriter& json, const std::vector<StandardValueErrors>& searched) {
     if (searched.empty()) return;
@@ -226,6 +269,15 @@ void Response(JsonWriter& json, const CliOutcome& o) {
     json.EndObject();
 }
 
+// A trace whose undrawn points are null, as NaN is written: the marker that stands for them is
+// no value a script should plot.
+void DrawnNumbers(JsonWriter& json, const char* key, std::array<double, TracePoints> values,
+                  int count) {
+    for (double& v : values)
+        if (v == NoPlotValue) v = std::numeric_limits<double>::quiet_NaN();
+    Numbers(json, key, values.data(), count);
+}
+
 void TraceArrays(JsonWriter& json, const CliOutcome& o) {
     const Traces& t = o.results.traces;
     const int n = o.results.points;
@@ -235,9 +287,9 @@ void TraceArrays(JsonWriter& json, const CliOutcome& o) {
     std::array<double, PlotPoints> linear{};
     for (int i = 0; i < n; ++i) linear[i] = ComplexAbs(o.results.response[i]);
     Numbers(json, "mag_linear", linear.data(), n);
-    Numbers(json, "phase_deg", t.phase.data(), n);
-    Numbers(json, "hilbert_phase_deg", t.hilbertPhase.data(), n);
-    Numbers(json, "group_delay_s", t.groupDelay.data(), n);
+    DrawnNumbers(json, "phase_deg", t.phase, n);
+    DrawnNumbers(json, "hilbert_phase_deg", t.hilbertPhase, n);
+    DrawnNumbers(json, "group_delay_s", t.groupDelay, n);
     json.Key("gd_scale_s");
     json.Number(t.groupDelayScale);
     json.EndObject();
@@ -257,8 +309,8 @@ void WorstCase(JsonWriter& json, const CliOutcome& o) {
                 (high ? envelope.high : envelope.low).*trace.values;
             if (trace.values == &Traces::magnitudeLinear)
                 for (double& v : values) v = LinearMagnitudeOf(v);
-            Numbers(json, (std::string(trace.name) + (high ? "_max" : "_min")).c_str(),
-                    values.data(), o.results.points);
+            DrawnNumbers(json, (std::string(trace.name) + (high ? "_max" : "_min")).c_str(), values,
+                         o.results.points);
         }
     }
     json.EndObject();
@@ -338,11 +390,15 @@ void Orders(JsonWriter& json, const CliOutcome& o) {
 void WriteResultJson(const CliOutcome& o, const std::function<void(std::string_view)>& write) {
     JsonWriter json(write);
     json.BeginObject();
+    // Raised when a field changes its meaning or goes; new fields leave it as it is.
+    json.Key("format_version");
+    json.Integer(JsonFormatVersion);
     Design(json, o);
     Repairs(json, o);
     Texts(json, "messages", o.messages);
     Prototype(json, o);
     Components(json, o);
+    Parts(json, o);
     Texts(json, "report", o.results.report);
     Stages(json, o);
     Numbers(json, "frequency_hz", o.results.frequencies.data(), o.results.points);

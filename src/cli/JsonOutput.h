@@ -2,8 +2,8 @@
 // the messages raised, the prototype sections, the parts of every section, the report, the
 // sweep, the nominal response and its traces, the pulse response when computed, in worst-case
 // mode each trace's envelope over the runs, and with a requirement its check and the orders
-// that meet it. Doubles keep every bit; NaN and infinities
-// become null; markers and the undrawn-point value are written as the numbers they are.
+// that meet it. Doubles keep every bit; NaN, infinities and the traces' undrawn points become
+// null; `components` keeps the markers as the numbers they are, `parts` says what they mean.
 #pragma once
 
 #include <array>
@@ -18,6 +18,8 @@
 #include "cli/Applyoptions.h"
 
 namespace nerivane::cli {
+
+inline constexpr int JsonFormatVersion = 1;
 
 struct CliOutcome {
     const DesignState& state;

@@ -11,13 +11,16 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <nlohmann/json.hpp>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
 
 #include "cli/Cli.h"
 #include "numerics/Polymain.h"
+#include "response/Traces.h"
 #include "support/Golden.h"
 
 namespace nerivane::cli {
@@ -174,6 +177,70 @@ TEST(Cli, PrototypeNumbersSurviveTheJsonRoundTrip) {
         EXPECT_EQ(section["den_s0"].get<double>(), expected.DenS0[i]);
         EXPECT_EQ(section["num_s0"].get<double>(), expected.NumS0[i]);
     }
+}
+
+// Every number under a trace or the envelope, undrawn points being null.
+void ForEachTraceNumber(const nlohmann::json& value, const std::function<void(double)>& visit) {
+    if (value.is_structured()) {
+        for (const nlohmann::json& item : value) ForEachTraceNumber(item, visit);
+    } else if (value.is_number()) {
+        visit(value.get<double>());
+    }
+}
+
+// A script reads the parts and the traces as they stand: every part the report prints is in
+// `parts` with the same text and the stored value, and no trace holds the undrawn-point marker.
+TEST(Cli, JsonPartsAreTheReportsAndTracesHoldNoMarker) {
+    const std::vector<std::vector<std::string>> designs = {
+        {"--topology", "vcvs-lpf", "--poles", "5", "--traces", "mag10,phase,gd"},
+        {"--topology", "mfb-lpf", "--poles", "4", "--gain-db", "-20"},
+        {"--topology", "vcvs-hpf", "--poles", "1", "--threshold", "3"},
+        {"--topology", "mfb-hpf", "--poles", "3", "--mode", "standard"},
+        {"--topology", "vcvs-bpf", "--poles", "4", "--mode", "worst", "--runs", "5"},
+        {"--topology", "mfb-bpf", "--poles", "2", "--bw", "1e9"},
+        {"--topology", "notch", "--poles", "3", "--f0", "60", "--bw", "20"},
+        {"--topology", "vcvs-lpf", "--poles", "2", "--c1", "1", "--c2", "1p"},
+    };
+    const std::regex sectionLine(R"(Section (\d+))"), partLine(R"(([RC]\d) = (.*))");
+    int undrawn = 0;
+    for (const std::vector<std::string>& design : designs) {
+        const nlohmann::json result = JsonOf(design);
+        SCOPED_TRACE(result["design"]["topology"].get<std::string>());
+        EXPECT_EQ(result["format_version"], 1);
+        const nlohmann::json& parts = result["parts"];
+        int section = -1;
+        std::size_t reported = 0;
+        for (const std::string line : result["report"]) {
+            std::smatch m;
+            if (std::regex_match(line, m, sectionLine)) section = std::stoi(m[1]);
+            if (line.starts_with("What each stage needs")) break;
+            if (!std::regex_match(line, m, partLine)) continue;
+            ++reported;
+            const auto found = std::find_if(parts.begin(), parts.end(), [&](const auto& part) {
+                return part["section"] == section && part["role"] == m[1].str();
+            });
+            ASSERT_NE(found, parts.end()) << line;
+            EXPECT_EQ((*found)["printed"], m[2].str()) << line;
+            const nlohmann::json& stored = result["components"][section][m[1].str()];
+            if ((*found)["state"] == "value") {
+                EXPECT_EQ((*found)["value"], stored) << line;
+            }
+            EXPECT_EQ((*found)["value"].is_null(), (*found)["state"] != "value") << line;
+        }
+        EXPECT_GT(reported, 0u);
+        EXPECT_GE(parts.size(), reported);
+        for (const char* traces : {"traces", "worst_case"}) {
+            if (!result.contains(traces)) continue;
+            int markers = 0;
+            ForEachTraceNumber(result[traces],
+                               [&markers](double v) { markers += v == NoPlotValue; });
+            EXPECT_EQ(markers, 0) << traces;
+            for (const auto& [name, values] : result[traces].items())
+                if (values.is_array())
+                    undrawn += static_cast<int>(std::count(values.begin(), values.end(), nullptr));
+        }
+    }
+    EXPECT_GT(undrawn, 0) << "no design had an undrawn point: the marker check proves nothing";
 }
 
 TEST(Cli, PlotIsWrittenAsPngOrBmp) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <sstream>
 
 #include "app/Buildoutputs.h"
 #include "app/Calculationdriver.h"
@@ -14,6 +15,7 @@
 #include "app/Plotview.h"
 #include "app/Requirementorders.h"
 #include "cli/Applyoptions.h"
+#include "cli/Batch.h"
 #include "cli/CliBox.h"
 #include "cli/JsonOutput.h"
 #include "cli/Names.h"
@@ -108,9 +110,36 @@ const char* const ValueOptions[][2] = {
     {"--height", "Height of the plot image in pixels, 64 to 4000 (default 500)"},
 };
 
-}  // namespace
+// What a batch line may not ask for: its result is the JSON, on the line standard output gives
+// it, so nothing else may go there.
+void CheckBatchLine(const Options& options, bool report) {
+    if (options.Has("--json")) throw UsageError("--json: a batch line's result is its JSON");
+    if (report) throw UsageError("--report: the report is in the batch line's JSON");
+    for (const char* output : {"--csv", "--spice", "--bom"})
+        if (options.Has(output) && options.Get(output) == "-")
+            throw UsageError(std::string(output) +
+                             ": standard output carries the batch's results; name a file");
+}
 
-int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream& in,
+              std::ostream& out, std::ostream& err);
+
+// Every line runs as a design of its own, so nothing one line sets reaches the next.
+int RunBatchOf(const std::vector<std::string>& args, std::istream& in, std::ostream& out,
+               std::ostream& err) {
+    if (args.size() > 2) {
+        err << "nerivane-cli: --batch: the designs come from standard input, one a line; give "
+               "their options there\n";
+        return 2;
+    }
+    return RunBatch(
+        in, out, err,
+        [&in](const std::vector<std::string>& lineArgs, int line, std::ostream& lineOut,
+              std::ostream& lineErr) { return RunDesign(lineArgs, line, in, lineOut, lineErr); });
+}
+
+int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream& in,
+              std::ostream& out, std::ostream& err) {
     CLI::App app{"Designs an active op-amp filter and writes what is asked for.", "nerivane-cli"};
     std::map<std::string, std::string> given;
     for (const auto& [name, help] : ValueOptions) app.add_option(name, given[name], help);
@@ -139,6 +168,13 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     bool strict = false;
     app.add_flag("--strict", strict,
                  "Treat every warning, note or message as a usage error: exit 2, write nothing");
+    bool batch = false;
+    app.add_flag("--batch", batch,
+                 "Read one design a line from standard input, as a JSON object of these options "
+                 "without their dashes ({\"poles\": 20, \"f0\": \"5k\"}) or as options "
+                 "(--poles 20 --f0 5k), and write each one's JSON result on a line of its own, "
+                 "in order, with \"line\" its input line; a line that fails gives "
+                 "{\"line\", \"error\", \"exit_status\"} and the batch goes on");
 
     // As a program's arguments, so that a message lists them in the order they were given.
     std::vector<const char*> argv;
@@ -152,6 +188,10 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         err << "nerivane-cli: not an option or a value of one:" << extras << "\n";
         return 2;
     } catch (const CLI::CallForHelp&) {
+        if (batchLine > 0) {
+            err << "nerivane-cli: --help: not on a batch line\n";
+            return 2;
+        }
         try {
             WriteText("-", app.help(), out, "help");
         } catch (const std::exception& e) {
@@ -163,6 +203,11 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         err << "nerivane-cli: " << e.what() << "\n";
         return 2;
     }
+    if (batch && batchLine > 0) {
+        err << "nerivane-cli: --batch: not on a batch line\n";
+        return 2;
+    }
+    if (batch) return RunBatchOf(args, in, out, err);
     Options options;
     for (const auto& [name, help] : ValueOptions) {
         if (app.count(name)) options.values[name] = given[name];
@@ -186,6 +231,7 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     std::optional<RequirementMask> mask;
     std::optional<int> family;  // of --apply-order
     try {
+        if (batchLine > 0) CheckBatchLine(options, report);
         if (options.Has("--mask")) {
             const ParsedMask parsed = ParseMask(options.Get("--mask"));
             if (!parsed.mask) throw UsageError("--mask: " + parsed.problem);
@@ -267,7 +313,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
     if (mask) orders = RequirementOrders(search);
 
     for (const Message& message : results->messages) diagnostics.Show(message);
-    CliOutcome outcome{state, *results, settings, worstCase, orders, capacitorRepairs, {}};
+    CliOutcome outcome{state,  *results,         settings, worstCase,
+                       orders, capacitorRepairs, {},       batchLine};
     for (const BoxRule& rule : BoxRules()) {
         const CliBox& box = (*boxes)[rule.id];
         if (rule.adjusted && box.Repaired())
@@ -289,11 +336,22 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         return 2;
     }
 
+    std::string result;
     try {
-        const bool anyOutput = report || options.Has("--json") || options.Has("--csv") ||
-                               options.Has("--spice") || options.Has("--plot") ||
-                               options.Has("--schematic") || options.Has("--bom") ||
-                               options.Has("--save");
+        if (batchLine > 0) {
+            std::ostringstream json;
+            WriteText(
+                "-",
+                [&outcome](const PieceWriter& write) {
+                    WriteResultJson(outcome, write, JsonLayout::OneLine);
+                },
+                json, "JSON");
+            result = json.str();
+        }
+        const bool anyOutput = batchLine > 0 || report || options.Has("--json") ||
+                               options.Has("--csv") || options.Has("--spice") ||
+                               options.Has("--plot") || options.Has("--schematic") ||
+                               options.Has("--bom") || options.Has("--save");
         if (report || !anyOutput) {
             std::string text = ReportText(*results);
             if (mask)
@@ -327,7 +385,22 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         err << "nerivane-cli: " << e.what() << "\n";
         return 1;
     }
+    // A batch line's result goes out only once its files are written, so that a line has
+    // one result, its JSON or its error.
+    out << result;
     return 0;
+}
+
+}  // namespace
+
+int RunCli(const std::vector<std::string>& args, std::istream& in, std::ostream& out,
+           std::ostream& err) {
+    return RunDesign(args, 0, in, out, err);
+}
+
+int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    std::istringstream nothing;
+    return RunCli(args, nothing, out, err);
 }
 
 }  // namespace nerivane::cli

@@ -387,9 +387,14 @@ void Orders(JsonWriter& json, const CliOutcome& o) {
 
 }  // namespace
 
-void WriteResultJson(const CliOutcome& o, const std::function<void(std::string_view)>& write) {
-    JsonWriter json(write);
+void WriteResultJson(const CliOutcome& o, const std::function<void(std::string_view)>& write,
+                     JsonLayout layout) {
+    JsonWriter json(write, layout);
     json.BeginObject();
+    if (o.batchLine > 0) {
+        json.Key("line");
+        json.Integer(o.batchLine);
+    }
     // Raised when a field changes its meaning or goes; new fields leave it as it is.
     json.Key("format_version");
     json.Integer(JsonFormatVersion);

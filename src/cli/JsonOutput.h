@@ -16,6 +16,7 @@
 #include "app/DesignState.h"
 #include "app/Requirementorders.h"
 #include "cli/Applyoptions.h"
+#include "cli/JsonWriter.h"
 
 namespace nerivane::cli {
 
@@ -29,10 +30,12 @@ struct CliOutcome {
     const std::vector<OrderRow>& orders;  // empty without a requirement
     std::vector<Repair> repairs;
     std::vector<std::string> messages;
+    int batchLine = 0;  // the input line of a batch's result, written first; 0 outside a batch
 };
 
-// The document as text, indented by two spaces, ending in a new line, handed to write piece
-// by piece.
-void WriteResultJson(const CliOutcome& outcome, const std::function<void(std::string_view)>& write);
+// The document as text, indented by two spaces or on one line, ending in a new line, handed to
+// write piece by piece.
+void WriteResultJson(const CliOutcome& outcome, const std::function<void(std::string_view)>& write,
+                     JsonLayout layout = JsonLayout::Indented);
 
 }  // namespace nerivane::cli

@@ -19,6 +19,7 @@ void JsonWriter::Finish() {
 
 void JsonWriter::NewLine() {
     HandOnFullPiece();
+    if (oneLine_) return;
     out_ += '\n';
     out_.append(2 * empty_.size(), ' ');
 }
@@ -50,7 +51,7 @@ void JsonWriter::Close(char bracket) {
 void JsonWriter::Key(std::string_view key) {
     BeforeValue();
     Quoted(key);
-    out_ += ": ";
+    out_ += oneLine_ ? ":" : ": ";
     afterKey_ = true;
 }
 
@@ -68,7 +69,7 @@ void JsonWriter::NumberList(std::span<const double> values) {
     out_ += '[';
     char text[32];
     for (std::size_t i = 0; i < values.size(); ++i) {
-        if (i > 0) out_ += ", ";
+        if (i > 0) out_ += oneLine_ ? "," : ", ";
         HandOnFullPiece();
         if (!std::isfinite(values[i])) {
             out_ += "null";

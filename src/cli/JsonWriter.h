@@ -1,6 +1,6 @@
-// A JSON document written out as it is produced, indented by two spaces per level. The result of a
-// 20-pole design holds about ten thousand numbers, written as the shortest text that reads back as
-// the same double, each list of them on one line.
+// A JSON document written out as it is produced, indented by two spaces per level or all on one
+// line (a batch's result per line). The result of a 20-pole design holds about ten thousand
+// numbers, written as the shortest text that reads back as the same double.
 #pragma once
 
 #include <functional>
@@ -11,10 +11,14 @@
 
 namespace nerivane::cli {
 
+enum class JsonLayout { Indented, OneLine };
+
 class JsonWriter {
   public:
     // Hands the text on in pieces of about a page group, so it is never held whole.
-    explicit JsonWriter(const std::function<void(std::string_view)>& write) : write_(write) {
+    explicit JsonWriter(const std::function<void(std::string_view)>& write,
+                        JsonLayout layout = JsonLayout::Indented)
+        : write_(write), oneLine_(layout == JsonLayout::OneLine) {
         out_.reserve(2 * PieceSize);
     }
     // Hands on what is left; call once the document is complete.
@@ -51,6 +55,7 @@ class JsonWriter {
     std::string out_;
     std::vector<bool> empty_;  // per open container: nothing written into it yet
     bool afterKey_ = false;
+    bool oneLine_;
 };
 
 }  // namespace nerivane::cli

@@ -7,5 +7,5 @@
 int main(int argc, char** argv) {
     nerivane::KeepCalculationMemory();
     const std::vector<std::string> args(argv, argv + argc);
-    return nerivane::cli::RunCli(args, std::cout, std::cerr);
+    return nerivane::cli::RunCli(args, std::cin, std::cout, std::cerr);
 }

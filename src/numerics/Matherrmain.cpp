@@ -56,8 +56,9 @@ const char* TypeWord(int type) {
     }
 }
 
+// One slot per thread: a batch calculates designs on several threads, each into its own log.
 InstalledSink<MathErrorLog, RecordingMathErrorLog>& Slot() {
-    static InstalledSink<MathErrorLog, RecordingMathErrorLog> slot;
+    thread_local InstalledSink<MathErrorLog, RecordingMathErrorLog> slot;
     return slot;
 }
 

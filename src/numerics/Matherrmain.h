@@ -38,6 +38,7 @@ class RecordingMathErrorLog : public MathErrorLog {
     std::vector<std::string> lines;
 };
 
+// The calling thread's log: each thread that calculates installs its own.
 MathErrorLog& MathErrors();
 // Installing nullptr restores the default recording log.
 void InstallMathErrorLog(MathErrorLog* log);

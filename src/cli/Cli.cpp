@@ -108,6 +108,17 @@ const char* const ValueOptions[][2] = {
     {"--height", "Height of the plot image in pixels, 64 to 4000 (default 500)"},
 };
 
+// Help and version: the text to standard output, exit status 0 (1 when it cannot be written).
+int PrintOnly(const std::string& text, const char* what, std::ostream& out, std::ostream& err) {
+    try {
+        WriteText("-", text, out, what);
+    } catch (const std::exception& e) {
+        err << "nerivane-cli: " << e.what() << "\n";
+        return 1;
+    }
+    return 0;
+}
+
 }  // namespace
 
 int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
@@ -136,6 +147,8 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
                  "whose f0 and Q come nearest the exact design's, instead of rounding each "
                  "resistor alone; the report and the JSON give each section's errors before and "
                  "after");
+    app.set_version_flag("--version", "nerivane-cli " NERIVANE_VERSION,
+                         "Print the program's name and version and exit");
     bool strict = false;
     app.add_flag("--strict", strict,
                  "Treat every warning, note or message as a usage error: exit 2, write nothing");
@@ -152,13 +165,9 @@ int RunCli(const std::vector<std::string>& args, std::ostream& out, std::ostream
         err << "nerivane-cli: not an option or a value of one:" << extras << "\n";
         return 2;
     } catch (const CLI::CallForHelp&) {
-        try {
-            WriteText("-", app.help(), out, "help");
-        } catch (const std::exception& e) {
-            err << "nerivane-cli: " << e.what() << "\n";
-            return 1;
-        }
-        return 0;
+        return PrintOnly(app.help(), "help", out, err);
+    } catch (const CLI::CallForVersion& version) {
+        return PrintOnly(std::string(version.what()) + "\n", "version", out, err);
     } catch (const CLI::ParseError& e) {
         err << "nerivane-cli: " << e.what() << "\n";
         return 2;

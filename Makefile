@@ -1,6 +1,6 @@
 # Entry points: `make run` builds and starts the program, `make test` installs what is
 # missing, builds and runs every test (plain, then under ASan and UBSan), `make bench`
-# builds and runs the benchmarks.
+# builds and runs the benchmarks, `make package` builds the Debian package.
 BUILD_DIR ?= build
 SANITIZE_DIR ?= build-sanitize
 FUZZ_DIR ?= build-fuzz
@@ -9,7 +9,7 @@ FUZZ_SECONDS ?= 20
 FUZZ_TARGETS = Designfile_fuzz Settings_fuzz Readers_fuzz Roundtrip_fuzz
 JOBS ?= $(shell nproc)
 
-.PHONY: all deps build build-sanitize run test test-plain test-sanitize test-nogui fuzz bench format format-check clean
+.PHONY: all deps build build-sanitize run package test test-plain test-sanitize test-nogui fuzz bench format format-check clean
 
 all: build
 
@@ -26,6 +26,10 @@ build-sanitize: deps
 
 run: build
 	@$(BUILD_DIR)/src/gui/nerivane
+
+# The .deb of the plain Release build, beside it in $(BUILD_DIR).
+package: build
+	@cd $(BUILD_DIR) && cpack -G DEB
 
 test-plain: build
 	@ctest --test-dir $(BUILD_DIR) --output-on-failure -j $(JOBS)

@@ -121,6 +121,17 @@ void CheckBatchLine(const Options& options, bool report) {
                              ": standard output carries the batch's results; name a file");
 }
 
+// Help and version: the text to standard output, exit status 0 (1 when it cannot be written).
+int PrintOnly(const std::string& text, const char* what, std::ostream& out, std::ostream& err) {
+    try {
+        WriteText("-", text, out, what);
+    } catch (const std::exception& e) {
+        err << "nerivane-cli: " << e.what() << "\n";
+        return 1;
+    }
+    return 0;
+}
+
 int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream& in,
               std::ostream& out, std::ostream& err);
 
@@ -165,6 +176,8 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
                  "whose f0 and Q come nearest the exact design's, instead of rounding each "
                  "resistor alone; the report and the JSON give each section's errors before and "
                  "after");
+    app.set_version_flag("--version", "nerivane-cli " NERIVANE_VERSION,
+                         "Print the program's name and version and exit");
     bool strict = false;
     app.add_flag("--strict", strict,
                  "Treat every warning, note or message as a usage error: exit 2, write nothing");
@@ -192,13 +205,13 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
             err << "nerivane-cli: --help: not on a batch line\n";
             return 2;
         }
-        try {
-            WriteText("-", app.help(), out, "help");
-        } catch (const std::exception& e) {
-            err << "nerivane-cli: " << e.what() << "\n";
-            return 1;
+        return PrintOnly(app.help(), "help", out, err);
+    } catch (const CLI::CallForVersion& version) {
+        if (batchLine > 0) {
+            err << "nerivane-cli: --version: not on a batch line\n";
+            return 2;
         }
-        return 0;
+        return PrintOnly(std::string(version.what()) + "\n", "version", out, err);
     } catch (const CLI::ParseError& e) {
         err << "nerivane-cli: " << e.what() << "\n";
         return 2;

@@ -52,10 +52,14 @@ void Flatten(const nlohmann::json& value, const std::string& path, std::ostrings
         for (const auto& [key, item] : value.items()) Flatten(item, path + "." + key, out);
     } else if (value.is_array()) {
         double scale = 0.0;  // of a list of numbers, which the comparison allows for
-        for (const nlohmann::json& item : value)
-            if (item.is_number()) scale = std::max(scale, std::abs(Shown(path, item)));
+        bool numbers = false;  // some of a trace's points may be null
+        for (const nlohmann::json& item : value) {
+            if (!item.is_number()) continue;
+            scale = std::max(scale, std::abs(Shown(path, item)));
+            numbers = true;
+        }
         out << path << " #" << value.size();
-        if (!value.empty() && value.front().is_number()) out << " max " << Number(scale);
+        if (numbers) out << " max " << Number(scale);
         out << "\n";
         for (std::size_t i = 0; i < value.size(); ++i)
             if (Kept(i, value.size())) Flatten(value[i], path + "[" + std::to_string(i) + "]", out);

@@ -64,11 +64,11 @@ TEST(Batch, EachLineGivesWhatItGivesAloneInOrderAndBadLinesGiveTheirError) {
     std::string input;
     for (const Line& line : lines) input += line.text + "\n";
     // Enough lines that the workers finish out of order.
-    for (int i = 0; i < 4; ++i) input += input;
+    for (int i = 0; i < 3; ++i) input += input;
     const std::vector<nlohmann::json> results = BatchResults(input);
 
     std::size_t next = 0;
-    for (int copy = 0; copy < 16; ++copy) {
+    for (int copy = 0; copy < 8; ++copy) {
         for (std::size_t i = 0; i < lines.size(); ++i) {
             const Line& line = lines[i];
             if (line.alone.empty() && line.error.empty()) continue;  // blank or comment

@@ -9,6 +9,7 @@ packages=(
   libcli11-dev nlohmann-json3-dev
   ngspice
   qt6-base-dev fonts-dejavu-core
+  librsvg2-bin poppler-utils
 )
 
 missing=()

@@ -4,8 +4,8 @@
 #include <initializer_list>
 #include <utility>
 
+#include "app/Optionnames.h"
 #include "cli/JsonWriter.h"
-#include "cli/Names.h"
 #include "numerics/CheckedMath.h"
 
 namespace nerivane::cli {

@@ -224,7 +224,7 @@ TEST_F(WindowFiles, ThePlotReportAndNetlistExportsHoldWhatTheWindowShows) {
     Output("rsvg-convert -o '" + Path("svg.png") + "' '" + Path("plot.svg") + "'");
     Output("pdftoppm -r 72 -aaVector no -png -singlefile '" + Path("plot.pdf") + "' '" +
            Path("pdf") + "'");
-    for (const auto& [rendered, most] : {std::pair{"svg.png", 1}, {"pdf.png", 3}}) {
+    for (const auto& [rendered, most] : {std::pair{"svg.png", 1}, {"pdf.png", 10}}) {
         const QImage image(QString::fromStdString(Path(rendered)));
         EXPECT_LE(Mismatch(shown, image.convertToFormat(QImage::Format_RGB32)),
                   most * MostMismatched)

@@ -1,8 +1,8 @@
 // Two pictures of one drawing made by different renderers compared pixel by pixel, allowing
 // for how each places text and slanted lines: a pixel is matched when a pixel of the other
-// picture at most one pixel away has nearly its colour, and what is left unmatched counts by
-// its largest connected patch. A renderer's glyphs leave specks; a missing trace, grid line or
-// band leaves a long line or an area.
+// picture at most one pixel away has nearly its colour. Around the plot's frame what is left
+// unmatched counts by its largest connected patch: a renderer's glyphs leave specks, a missing
+// line a long patch.
 #pragma once
 
 #include <QImage>
@@ -63,15 +63,46 @@ inline int LargestPatch(std::vector<char> marked, int width) {
     return largest;
 }
 
-// Both ways; pictures of different sizes do not match at all.
+// The plot's frame: the rows and columns that are mostly the frame's grey.
+inline QRect FrameOf(const QImage& image) {
+    const QRgb frame = qRgb(96, 96, 96);
+    int top = image.height(), bottom = -1, left = image.width(), right = -1;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixel(x, y) != frame) continue;
+            int row = 0, column = 0;
+            for (int i = 0; i < image.width(); ++i) row += int{image.pixel(i, y) == frame};
+            for (int i = 0; i < image.height(); ++i) column += int{image.pixel(x, i) == frame};
+            if (2 * row > image.width()) top = std::min(top, y), bottom = std::max(bottom, y);
+            if (2 * column > image.height()) left = std::min(left, x), right = std::max(right, x);
+        }
+    }
+    return QRect(QPoint(left, top), QPoint(right, bottom));
+}
+
+// Both ways; pictures of different sizes do not match at all. Within the plot's frame, which
+// holds no text, every unmatched pixel counts (a band hidden between dense runs shows only in
+// gaps); around it, where the labels are, the largest patch.
 inline int Mismatch(const QImage& a, const QImage& b) {
     if (a.size() != b.size()) return a.width() * a.height();
-    return std::max(LargestPatch(UnmatchedPixels(a, b), a.width()),
-                    LargestPatch(UnmatchedPixels(b, a), a.width()));
+    const QRect inside = FrameOf(a).adjusted(1, 1, -1, -1);
+    int worst = 0;
+    for (std::vector<char> unmatched : {UnmatchedPixels(a, b), UnmatchedPixels(b, a)}) {
+        int within = 0;
+        for (int y = inside.top(); y <= inside.bottom(); ++y) {
+            for (int x = inside.left(); x <= inside.right(); ++x) {
+                char& pixel = unmatched[static_cast<std::size_t>(y * a.width() + x)];
+                within += pixel;
+                pixel = 0;
+            }
+        }
+        worst = std::max({worst, within, LargestPatch(unmatched, a.width())});
+    }
+    return worst;
 }
 
 // The glyphs of two text renderers differ in patches of a few dozen pixels; a grid line is
 // a few hundred long.
-inline constexpr int MostMismatched = 150;
+inline constexpr int MostMismatched = 100;
 
 }  // namespace nerivane

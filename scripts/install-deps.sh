@@ -9,7 +9,7 @@ packages=(
   libcli11-dev nlohmann-json3-dev
   ngspice
   qt6-base-dev fonts-dejavu-core
-  librsvg2-bin dpkg-dev file groff-base
+  librsvg2-bin poppler-utils dpkg-dev file groff-base
   desktop-file-utils appstream shared-mime-info libglib2.0-bin
 )
 

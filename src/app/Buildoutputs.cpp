@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "app/Optionnames.h"
+#include "circuit/Spiceexport.h"
 #include "numerics/Formatfunctions.h"
 
 namespace nerivane {
@@ -38,6 +40,24 @@ std::vector<PartsListRow> DesignPartsList(const DesignState& state, const Design
     design.settings = &settings;
     design.idealOpAmp = state.IdealOpAmp != 0;
     return PartsList(design);
+}
+
+std::string DesignSpiceNetlist(const DesignState& state, const DesignResults& results,
+                               const ComponentSettings& settings) {
+    SpiceDesign design;
+    design.topology = state.TopologyIndex;
+    design.numSections = state.NumSections;
+    design.freqMin = state.FreqMin;
+    design.freqMax = state.FreqMax;
+    design.points = results.points;
+    design.linearSweep = state.SweepIndex == Sweep::Linear;
+    design.gainBandwidth = settings.gainBandwidth;
+    design.outputResistance = settings.outputResistance;
+    design.idealOpAmp = state.IdealOpAmp != 0;
+    design.title = "Nerivane " + std::to_string(state.NumPoles) + "-pole " +
+                   NameOf(ResponseNames, state.ResponseIndex) + " " +
+                   NameOf(TopologyNames, state.TopologyIndex);
+    return SpiceNetlist(design, results.parts);
 }
 
 }  // namespace nerivane

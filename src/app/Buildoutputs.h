@@ -1,6 +1,6 @@
 // What a person builds the design from, taken from the design as last calculated: the
 // cascade's schematic under a title naming the design and the values shown, the selected
-// section's schematic, and the parts list.
+// section's schematic, the parts list and the SPICE netlist.
 #pragma once
 
 #include <string>
@@ -25,5 +25,10 @@ Schematic SelectedSectionSchematic(const DesignState& state, const DesignResults
 
 std::vector<PartsListRow> DesignPartsList(const DesignState& state, const DesignResults& results,
                                           const ComponentSettings& settings);
+
+// The SPICE netlist of the whole cascade, titled with the design's command-line names, as
+// both the command line and the window export it.
+std::string DesignSpiceNetlist(const DesignState& state, const DesignResults& results,
+                               const ComponentSettings& settings);
 
 }  // namespace nerivane

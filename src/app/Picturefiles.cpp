@@ -31,7 +31,15 @@ void WriteSchematicFile(const std::string& path, std::string_view bytes) {
 }  // namespace
 
 bool IsPlotFileName(const std::string& path) {
-    return EndsWith(path, ".png") || EndsWith(path, ".bmp");
+    return EndsWith(path, ".png") || EndsWith(path, ".bmp") || IsVectorPlotFileName(path);
+}
+
+bool IsVectorPlotFileName(const std::string& path) {
+    return EndsWith(path, ".svg") || IsPdfFileName(path);
+}
+
+bool IsPdfFileName(const std::string& path) {
+    return EndsWith(path, ".pdf");
 }
 
 bool IsSchematicFileName(const std::string& path) {
@@ -50,9 +58,8 @@ void WritePictureFile(const std::string& path, std::string_view bytes) {
 
 std::string SchematicSvg(const Schematic& schematic) {
     const TextSize size = SchematicSize(schematic);
-    SvgCanvas canvas(size.width, size.height);
-    DrawSchematic(canvas, schematic);
-    return canvas.Document();
+    return SvgDocument(size.width, size.height,
+                       [&schematic](Canvas& canvas) { DrawSchematic(canvas, schematic); });
 }
 
 void SaveSchematic(const Schematic& schematic, const std::string& path,

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "app/CapacitorEntry.h"
+#include "app/Optionnames.h"
 #include "app/Recordcontrols.h"
 #include "app/Updownfunctions.h"
-#include "cli/Names.h"
 #include "files/Filesaveread.h"
 #include "numerics/Sivalue.h"
 

@@ -11,6 +11,7 @@
 #include "app/Capacitorchoice.h"
 #include "app/Controlstates.h"
 #include "app/Initializevars.h"
+#include "app/Optionnames.h"
 #include "app/Picturefiles.h"
 #include "app/Plotview.h"
 #include "app/Requirementorders.h"
@@ -18,7 +19,6 @@
 #include "cli/Batch.h"
 #include "cli/CliBox.h"
 #include "cli/JsonOutput.h"
-#include "cli/Names.h"
 #include "cli/Outputs.h"
 #include "cli/Plotoutput.h"
 #include "cli/Rasterplugin.h"
@@ -102,12 +102,14 @@ const char* const ValueOptions[][2] = {
     {"--json", "Write the whole result as JSON to FILE, or - for standard output"},
     {"--csv", "Write the traces as CSV to FILE, or - for standard output"},
     {"--spice", "Write a SPICE netlist of the cascade to FILE, or - for standard output"},
-    {"--plot", "Draw the plot into FILE (.png or .bmp)"},
+    {"--plot",
+     "Draw the plot into FILE: a picture (.png, .bmp) or a vector page (.svg, .pdf) with the "
+     "same content"},
     {"--schematic", "Draw the cascade's schematic into FILE (.svg or .png)"},
     {"--bom", "Write the parts list as CSV to FILE, or - for standard output"},
     {"--save", "Save the design file FILE (.kq_opamp), as File > Save As does"},
-    {"--width", "Width of the plot image in pixels, 64 to 4000 (default 800)"},
-    {"--height", "Height of the plot image in pixels, 64 to 4000 (default 500)"},
+    {"--width", "Width of the plot in pixels (points on a PDF page), 64 to 4000 (default 800)"},
+    {"--height", "Height of the plot in pixels (points on a PDF page), 64 to 4000 (default 500)"},
 };
 
 // What a batch line may not ask for: its result is the JSON, on the line standard output gives
@@ -264,7 +266,7 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
         plotSize = PlotSizeOption(options);
         if (options.Has("--plot") && !IsPlotFileName(options.Get("--plot")))
             throw UsageError("--plot: \"" + options.Get("--plot") +
-                             "\" does not end in .png or .bmp");
+                             "\" does not end in .png, .bmp, .svg or .pdf");
         if (options.Has("--schematic") && !IsSchematicFileName(options.Get("--schematic")))
             throw UsageError("--schematic: \"" + options.Get("--schematic") +
                              "\" does not end in .svg or .png");
@@ -294,7 +296,8 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
     const ControlStates controls = UpdateControlStates(state);
     std::unique_ptr<PlotOutput> plot;
     try {
-        if (options.Has("--plot")) plot = std::make_unique<PlotOutput>(plotSize);
+        if (options.Has("--plot"))
+            plot = std::make_unique<PlotOutput>(plotSize, options.Get("--plot"));
     } catch (const std::runtime_error& e) {
         err << "nerivane-cli: " << e.what() << "\n";
         return 1;
@@ -380,8 +383,9 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
         if (options.Has("--csv"))
             WriteText(options.Get("--csv"), CsvText(*results, worstCase), out, "CSV");
         if (options.Has("--spice"))
-            WriteText(options.Get("--spice"), SpiceText(state, *results, settings), out, "SPICE");
-        if (plot) plot->Save(options.Get("--plot"));
+            WriteText(options.Get("--spice"), DesignSpiceNetlist(state, *results, settings), out,
+                      "SPICE");
+        if (plot) plot->Save();
         if (options.Has("--schematic"))
             SaveSchematic(DesignSchematic(state, *results, ProposedFileName(state)),
                           options.Get("--schematic"), MakePluginRaster);

@@ -5,8 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "app/Optionnames.h"
 #include "cli/JsonWriter.h"
-#include "cli/Names.h"
 #include "numerics/CheckedMath.h"
 #include "response/Valuesreport.h"
 

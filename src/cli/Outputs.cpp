@@ -5,7 +5,6 @@
 #include <stdexcept>
 
 #include "circuit/Spiceexport.h"
-#include "cli/Names.h"
 #include "files/Atomicwrite.h"
 #include "numerics/Mathfunctions.h"
 #include "numerics/Sivalue.h"
@@ -77,24 +76,6 @@ std::string CsvText(const DesignResults& results, bool worstCase) {
         text += "\n";
     }
     return text;
-}
-
-std::string SpiceText(const DesignState& state, const DesignResults& results,
-                      const ComponentSettings& settings) {
-    SpiceDesign design;
-    design.topology = state.TopologyIndex;
-    design.numSections = state.NumSections;
-    design.freqMin = state.FreqMin;
-    design.freqMax = state.FreqMax;
-    design.points = results.points;
-    design.linearSweep = state.SweepIndex == Sweep::Linear;
-    design.gainBandwidth = settings.gainBandwidth;
-    design.outputResistance = settings.outputResistance;
-    design.idealOpAmp = state.IdealOpAmp != 0;
-    design.title = "Nerivane " + std::to_string(state.NumPoles) + "-pole " +
-                   NameOf(ResponseNames, state.ResponseIndex) + " " +
-                   NameOf(TopologyNames, state.TopologyIndex);
-    return SpiceNetlist(design, results.parts);
 }
 
 }  // namespace nerivane::cli

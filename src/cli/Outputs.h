@@ -1,5 +1,5 @@
-// The command line's text outputs: the circuit values report, the CSV of the traces, the
-// SPICE netlist, and writing any of them to a file or to standard output ("-").
+// The command line's text outputs: the circuit values report, the CSV of the traces, and
+// writing any of them (or the SPICE netlist) to a file or to standard output ("-").
 #pragma once
 
 #include <functional>
@@ -7,7 +7,6 @@
 #include <string>
 
 #include "app/Calculationdriver.h"
-#include "app/DesignState.h"
 #include "files/Atomicwrite.h"
 
 namespace nerivane::cli {
@@ -27,8 +26,5 @@ std::string ReportText(const DesignResults& results);
 // worst-case analysis adds each trace's lowest and highest value over the runs (mag_db_min,
 // mag_db_max, ...).
 std::string CsvText(const DesignResults& results, bool worstCase);
-
-std::string SpiceText(const DesignState& state, const DesignResults& results,
-                      const ComponentSettings& settings);
 
 }  // namespace nerivane::cli

@@ -12,6 +12,7 @@ namespace {
 
 constexpr const char* PluginName = "libnerivane-raster.so";
 using MakeRaster = Raster* (*)(const RasterSpec*);
+using MakePdfPage = PdfPage* (*)(int, int, const PdfWriter*);
 
 // Beside the program in the build, in lib/nerivane under an installed one, and wherever the
 // loader's own search (the program's run path) finds it.
@@ -28,7 +29,12 @@ std::vector<std::string> PluginCandidates() {
     return candidates;
 }
 
-MakeRaster LoadMaker() {
+struct PluginEntries {
+    MakeRaster makeRaster;
+    MakePdfPage makePdfPage;
+};
+
+PluginEntries LoadEntries() {
     std::string reasons;
     for (const std::string& candidate : PluginCandidates()) {
         // Kept open for the life of the process: the rasters it makes live in its code.
@@ -37,19 +43,35 @@ MakeRaster LoadMaker() {
             reasons += std::string("\n  ") + dlerror();
             continue;
         }
-        if (void* entry = dlsym(plugin, "NerivaneMakeRaster"))
-            return reinterpret_cast<MakeRaster>(entry);
+        void* raster = dlsym(plugin, "NerivaneMakeRaster");
+        void* pdf = dlsym(plugin, "NerivaneMakePdfPage");
+        if (raster != nullptr && pdf != nullptr)
+            return {reinterpret_cast<MakeRaster>(raster), reinterpret_cast<MakePdfPage>(pdf)};
         reasons += "\n  " + candidate + ": no raster entry point";
     }
     throw std::runtime_error("Cannot open the picture renderer " + std::string(PluginName) + ":" +
                              reasons);
 }
 
+const PluginEntries& Entries() {
+    static const PluginEntries entries = LoadEntries();
+    return entries;
+}
+
 }  // namespace
 
+void LoadRasterPlugin() {
+    Entries();
+}
+
 std::unique_ptr<Raster> MakePluginRaster(const RasterSpec& spec) {
-    static const MakeRaster make = LoadMaker();
-    return std::unique_ptr<Raster>(make(&spec));
+    return std::unique_ptr<Raster>(Entries().makeRaster(&spec));
+}
+
+std::unique_ptr<PdfPage> MakePluginPdfPage(int width, int height, const PdfWriter& write) {
+    std::unique_ptr<PdfPage> page(Entries().makePdfPage(width, height, &write));
+    if (!page) throw std::runtime_error("The picture renderer cannot make a PDF page.");
+    return page;
 }
 
 }  // namespace nerivane::cli

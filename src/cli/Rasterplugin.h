@@ -1,5 +1,5 @@
-// The command line's way to the raster: the plugin is opened on the first picture asked for,
-// so a run that draws none starts without loading Qt.
+// The command line's way to the raster: the plugin is opened on the first picture (or PDF)
+// asked for, so a run that draws none starts without loading Qt.
 #pragma once
 
 #include <memory>
@@ -8,7 +8,13 @@
 
 namespace nerivane::cli {
 
-// Throws std::runtime_error saying where the plugin was looked for when it cannot be opened.
+// Opens the plugin once; throws std::runtime_error saying where it was looked for when it
+// cannot be opened.
+void LoadRasterPlugin();
+
+// Both throw std::runtime_error as LoadRasterPlugin does.
 std::unique_ptr<Raster> MakePluginRaster(const RasterSpec& spec);
+// Also when the page cannot be made.
+std::unique_ptr<PdfPage> MakePluginPdfPage(int width, int height, const PdfWriter& write);
 
 }  // namespace nerivane::cli

@@ -135,7 +135,14 @@ bool WriteFileAtomically(const std::string& named,
     if (descriptor < 0) return Fail(reason, std::strerror(errno));
     const std::string temporary(name.data());
     int error = ::fchmod(descriptor, FinalMode(path)) != 0 ? errno : 0;
-    if (error == 0) error = WritePieces(descriptor, produce);
+    try {
+        if (error == 0) error = WritePieces(descriptor, produce);
+    } catch (...) {
+        // What could not be made leaves the old file as it was.
+        ::close(descriptor);
+        ::unlink(temporary.c_str());
+        throw;
+    }
     if (error == 0 && ::fsync(descriptor) != 0) error = errno;
     if (::close(descriptor) != 0 && error == 0) error = errno;
     if (error == 0 && std::rename(temporary.c_str(), path.c_str()) != 0) error = errno;

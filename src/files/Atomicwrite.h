@@ -15,7 +15,8 @@ bool WriteFileAtomically(const std::string& path, std::string_view bytes,
                          std::string* reason = nullptr);
 
 // The same for a file made piece by piece: produce hands each piece to the writer it is given,
-// so a large file never has to be held whole in memory.
+// so a large file never has to be held whole in memory. An exception from produce leaves the
+// old file untouched and goes on to the caller.
 using PieceWriter = std::function<void(std::string_view piece)>;
 bool WriteFileAtomically(const std::string& path,
                          const std::function<void(const PieceWriter& write)>& produce,

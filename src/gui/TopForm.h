@@ -103,6 +103,13 @@ class TTopForm final : public QMainWindow {
     bool SaveCircuitValuesTo(const std::string& path);
     bool SavePartsListTo(const std::string& path);
     bool SavePlotBitmapTo(const std::string& path);
+    // The plot as the window shows it, every run and the envelope included, as SVG or PDF by
+    // the name's ending.
+    bool SavePlotVectorTo(const std::string& path);
+    // The report as the window shows it, on as many pages as it needs.
+    bool SaveReportPdfTo(const std::string& path);
+    // The netlist the command line's --spice writes for the same design.
+    bool SaveSpiceNetlistTo(const std::string& path);
     void PrintWindow(QPrinter& printer);
     void SetReferenceButtonClick();
     void ExchangeRefButtonClick();
@@ -125,6 +132,11 @@ class TTopForm final : public QMainWindow {
     void SaveCircuitValuesMenuClick();
     void SavePartsListMenuClick();
     void SavePlotBitmapMenuClick();
+    // Asks for a file name with a save dialog, then saves with save.
+    void SaveExport(const char* title, const char* filter, const char* suffix,
+                    bool (TTopForm::*save)(const std::string&));
+    // Draws the plot on screen again, every run of a worst-case analysis included.
+    void DrawPlotOn(Canvas& canvas);
     void PrintScreenMenuClick();
     void CircuitInfoMenuClick();
     // Each section's capacitors from the series, its resistors nearest the practical range's

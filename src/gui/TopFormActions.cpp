@@ -57,6 +57,22 @@ void TTopForm::ConnectMenuActions() {
     on(w.saveCircuitValuesMenu, &TTopForm::SaveCircuitValuesMenuClick);
     on(w.savePartsListMenu, &TTopForm::SavePartsListMenuClick);
     on(w.savePlotBitmapMenu, &TTopForm::SavePlotBitmapMenuClick);
+    on(w.savePlotSvgMenu, [this] {
+        SaveExport("Save Plot to SVG File:", "SVG Drawing (*.svg)", "svg",
+                   &TTopForm::SavePlotVectorTo);
+    });
+    on(w.savePlotPdfMenu, [this] {
+        SaveExport("Save Plot to PDF File:", "PDF Document (*.pdf)", "pdf",
+                   &TTopForm::SavePlotVectorTo);
+    });
+    on(w.saveReportPdfMenu, [this] {
+        SaveExport("Save Report to PDF File:", "PDF Document (*.pdf)", "pdf",
+                   &TTopForm::SaveReportPdfTo);
+    });
+    on(w.saveSpiceNetlistMenu, [this] {
+        SaveExport("Save SPICE Netlist to File:", "SPICE Netlist (*.cir)", "cir",
+                   &TTopForm::SaveSpiceNetlistTo);
+    });
     on(w.printScreenMenu, &TTopForm::PrintScreenMenuClick);
     on(w.exitMenu, [this] { close(); });
 
@@ -116,6 +132,12 @@ void TTopForm::SavePlotBitmapMenuClick() {
     const std::string path = AskSaveName(this, "Save Bitmap to File:", directories_.currentDir,
                                          "Bitmap File (*.bmp)", "bmp");
     if (!path.empty()) SavePlotBitmapTo(path);
+}
+
+void TTopForm::SaveExport(const char* title, const char* filter, const char* suffix,
+                          bool (TTopForm::*save)(const std::string&)) {
+    const std::string path = AskSaveName(this, title, directories_.currentDir, filter, suffix);
+    if (!path.empty()) (this->*save)(path);
 }
 
 void TTopForm::PrintScreenMenuClick() {

@@ -35,8 +35,12 @@ void BuildFileMenu(QMenuBar& bar, TopFormWidgets& w) {
     w.fileSaveAsMenu = NewItem(menu, "FileSaveAsMenu", "Save As  Design File");
     w.saveCircuitValuesMenu = NewItem(menu, "SaveCircuitValuesMenu", "Save Circuit Values");
     w.savePartsListMenu = NewItem(menu, "SavePartsListMenu", "Save Parts List");
+    w.saveReportPdfMenu = NewItem(menu, "SaveReportPdfMenu", "Save Report PDF");
+    w.saveSpiceNetlistMenu = NewItem(menu, "SaveSpiceNetlistMenu", "Save SPICE Netlist");
     menu.addSeparator();
     w.savePlotBitmapMenu = NewItem(menu, "SavePlotBitmapMenu", "Save Plot Bitmap");
+    w.savePlotSvgMenu = NewItem(menu, "SavePlotSvgMenu", "Save Plot SVG");
+    w.savePlotPdfMenu = NewItem(menu, "SavePlotPdfMenu", "Save Plot PDF");
     w.printScreenMenu = NewItem(menu, "PrintScreenMenu", "Print Screen");
     menu.addSeparator();
     // The recent files: shown once they have a caption.

@@ -100,6 +100,10 @@ struct TopFormWidgets {
     QAction* saveCircuitValuesMenu;
     QAction* savePartsListMenu;
     QAction* savePlotBitmapMenu;
+    QAction* savePlotSvgMenu;
+    QAction* savePlotPdfMenu;
+    QAction* saveReportPdfMenu;
+    QAction* saveSpiceNetlistMenu;
     QAction* printScreenMenu;
     std::array<QAction*, 4> prevFileMenus;
     QAction* exitMenu;

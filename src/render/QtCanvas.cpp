@@ -40,17 +40,18 @@ QFont LabelFont() {
 
 }  // namespace
 
-QtCanvas::QtCanvas(QImage& image, int penScale, bool smoothLines)
-    : image_(image),
-      painter_(&image),
+QtCanvas::QtCanvas(QPaintDevice& device, int penScale, bool smoothLines)
+    : image_(device.devType() == QInternal::Image ? static_cast<QImage*>(&device) : nullptr),
+      painter_(&device),
       pen_(Qt::black, 1),
       textColour_(Qt::black),
-      metrics_(LabelFont(), &image),
+      metrics_(LabelFont(), &device),
       // At a ratio of 1 the raster engine puts an aliased one-pixel line on the pixels right
       // of and below its points already. Antialiased and thicker device lines are centred on
       // their points, so they go through the pixels' centres to cover the pixels a fill would.
-      lineOffset_(image.devicePixelRatio() == 1.0 && !smoothLines ? QPointF(0.0, 0.0)
-                                                                  : QPointF(0.5, 0.5)),
+      lineOffset_(image_ != nullptr && device.devicePixelRatio() == 1.0 && !smoothLines
+                      ? QPointF(0.0, 0.0)
+                      : QPointF(0.5, 0.5)),
       penScale_(penScale < 1 ? 1 : penScale) {
     painter_.setRenderHint(QPainter::Antialiasing, smoothLines);
     painter_.setRenderHint(QPainter::TextAntialiasing, true);
@@ -59,7 +60,8 @@ QtCanvas::QtCanvas(QImage& image, int penScale, bool smoothLines)
 }
 
 void QtCanvas::SetPen(Rgb colour, int width, PenStyle style) {
-    pen_ = QPen(ToQColor(colour), width * penScale_, ToQtStyle(style));
+    pen_ = QPen(ToQColor(colour), width * penScale_, ToQtStyle(style),
+                image_ ? Qt::SquareCap : Qt::FlatCap);
     painter_.setPen(pen_);
 }
 
@@ -105,14 +107,16 @@ namespace nerivane {
 void QtCanvas::FillBehind(int left, int top, int right, int bottom, Rgb colour, Rgb behind) {
     // The raster painter draws straight into the image's pixels, so they can be read here; the
     // plot's images are all RGB32.
-    if (image_.format() != QImage::Format_RGB32) return FillRect(left, top, right, bottom, colour);
-    const double ratio = image_.devicePixelRatio();
+    if (image_ == nullptr || image_->format() != QImage::Format_RGB32)
+        return FillRect(left, top, right, bottom, colour);
+    QImage& image = *image_;
+    const double ratio = image.devicePixelRatio();
     const auto device = [ratio](int value) { return static_cast<int>(std::lround(value * ratio)); };
-    const int x0 = std::max(0, device(left)), x1 = std::min(image_.width(), device(right));
-    const int y0 = std::max(0, device(top)), y1 = std::min(image_.height(), device(bottom));
+    const int x0 = std::max(0, device(left)), x1 = std::min(image.width(), device(right));
+    const int y0 = std::max(0, device(top)), y1 = std::min(image.height(), device(bottom));
     const QRgb from = qRgb(behind.r, behind.g, behind.b), to = qRgb(colour.r, colour.g, colour.b);
     for (int y = y0; y < y1; ++y) {
-        QRgb* line = reinterpret_cast<QRgb*>(image_.scanLine(y));
+        QRgb* line = reinterpret_cast<QRgb*>(image.scanLine(y));
         for (int x = x0; x < x1; ++x)
             if (line[x] == from) line[x] = to;
     }

@@ -13,11 +13,12 @@
 #include "response/Canvas.h"
 
 class QImage;
+class QPaintDevice;
 
 namespace nerivane {
 
-// Paints on an image in its logical coordinates: an image with a device pixel ratio of 2 is
-// twice the size in pixels and everything is drawn twice as large, crisp on dense screens.
+// Paints on an image (or a PDF page) in its logical coordinates: an image with a device pixel ratio
+// of 2 is twice the size in pixels and everything is drawn twice as large, crisp on dense screens.
 // Text is UTF-8, in the platform's default sans font at the plot's label size. Drawing text
 // needs a QGuiApplication (see OffscreenGui.h).
 class QtCanvas final : public Canvas {
@@ -25,9 +26,13 @@ class QtCanvas final : public Canvas {
     // penScale widens every pen: traces drawn in the device pixels of a dense screen keep the
     // weight of a logical pixel. Smooth lines are antialiased (the schematics' slanted
     // strokes); the plot keeps every line on the pixels its mapping gives.
-    explicit QtCanvas(QImage& image, int penScale = 1, bool smoothLines = false);
+    // On another device than an image (a PDF page) every stroke is centred on its points.
+    explicit QtCanvas(QPaintDevice& device, int penScale = 1, bool smoothLines = false);
     QtCanvas(const QtCanvas&) = delete;
     QtCanvas& operator=(const QtCanvas&) = delete;
+
+    // False when the device could not be painted on.
+    bool Painting() const { return painter_.isActive(); }
 
     void SetPen(Rgb colour, int width, PenStyle style) override;
     void MoveTo(int x, int y) override;
@@ -40,7 +45,7 @@ class QtCanvas final : public Canvas {
     void Circle(int centreX, int centreY, int radius, bool filled) override;
 
   private:
-    QImage& image_;
+    QImage* image_;  // the device when it is an image
     QPainter painter_;
     QPen pen_;
     QColor textColour_;

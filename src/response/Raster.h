@@ -1,11 +1,12 @@
-// A picture painted through Canvas and encoded as an image file's bytes. The render layer makes
-// them with QtGui; the command line opens that maker only when a picture is asked for, so a run
-// that writes none starts without loading Qt.
+// A picture painted through Canvas and encoded as an image file's bytes, or a PDF page. The
+// render layer makes them with QtGui; the command line opens that maker only when a picture is
+// asked for, so a run that writes none starts without loading Qt.
 #pragma once
 
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "response/Canvas.h"
 
@@ -34,5 +35,20 @@ class Raster {
 };
 
 using RasterMaker = std::function<std::unique_ptr<Raster>(const RasterSpec&)>;
+
+// One page of a PDF file, width by height points, painted through Canvas with a point for
+// each of a picture's pixels; the file's bytes go to the writer as they are made.
+class PdfPage {
+  public:
+    virtual ~PdfPage() = default;
+    virtual Canvas& Painter() = 0;
+    // Ends the page and the file.
+    virtual void Finish() = 0;
+};
+
+using PdfWriter = std::function<void(std::string_view piece)>;
+// Throws std::runtime_error when no page can be made.
+using PdfPageMaker =
+    std::function<std::unique_ptr<PdfPage>(int width, int height, const PdfWriter& write)>;
 
 }  // namespace nerivane

@@ -7,8 +7,11 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QPlainTextEdit>
 #include <QPrinter>
 #include <QTextBrowser>
+#include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -16,7 +19,9 @@
 #include "WindowTest.h"
 #include "circuit/Sectioncircuits.h"
 #include "gui/HelpForm.h"
+#include "gui/PlotBox.h"
 #include "gui/SchematicForm.h"
+#include "support/ImageCompare.h"
 
 namespace nerivane {
 namespace {
@@ -188,6 +193,53 @@ TEST_F(WindowFiles, ExportsAndThePrintedPageAreWritten) {
     const std::string pdf = Read(Path("window.pdf"));
     EXPECT_TRUE(pdf.starts_with("%PDF-"));
     EXPECT_GT(pdf.size(), 10000u);  // the window's picture, not an empty page
+}
+
+// Output of a shell command.
+std::string Output(const std::string& command) {
+    std::string out;
+    FILE* pipe = ::popen(command.c_str(), "r");
+    for (char buffer[4096]; std::fgets(buffer, sizeof buffer, pipe) != nullptr;) out += buffer;
+    ::pclose(pipe);
+    return out;
+}
+
+TEST_F(WindowFiles, ThePlotReportAndNetlistExportsHoldWhatTheWindowShows) {
+    Start(&directories);
+    Type("NumPolesBox", "5");
+    Act("WorstButton");
+    const std::string design = Path("worst.kq_opamp");
+    ASSERT_TRUE(form().SaveDesignTo(design));
+    // The netlist is the command line's for the same design.
+    ASSERT_TRUE(form().SaveSpiceNetlistTo(Path("window.cir")));
+    Output(std::string(NERIVANE_CLI_PATH) + " --open '" + design + "' --spice '" + Path("cli.cir") +
+           "' 2>&1");
+    EXPECT_EQ(Read(Path("window.cir")), Read(Path("cli.cir")));
+    EXPECT_TRUE(Read(Path("window.cir")).starts_with("Nerivane 5-pole"));
+
+    // The plot as SVG and PDF looks as the window's picture does, every run and band included.
+    const QImage shown = Find<PlotBox>("BitMap").Image().convertToFormat(QImage::Format_RGB32);
+    ASSERT_TRUE(form().SavePlotVectorTo(Path("plot.svg")));
+    ASSERT_TRUE(form().SavePlotVectorTo(Path("plot.pdf")));
+    Output("rsvg-convert -o '" + Path("svg.png") + "' '" + Path("plot.svg") + "'");
+    Output("pdftoppm -r 72 -aaVector no -png -singlefile '" + Path("plot.pdf") + "' '" +
+           Path("pdf") + "'");
+    for (const auto& [rendered, most] : {std::pair{"svg.png", 1}, {"pdf.png", 10}}) {
+        const QImage image(QString::fromStdString(Path(rendered)));
+        EXPECT_LE(Mismatch(shown, image.convertToFormat(QImage::Format_RGB32)),
+                  most * MostMismatched)
+            << rendered;
+    }
+
+    // The report keeps its symbols.
+    ASSERT_TRUE(form().SaveReportPdfTo(Path("report.pdf")));
+    const std::string report = Output("pdftotext -layout '" + Path("report.pdf") + "' -");
+    const QStringList lines = Find<QPlainTextEdit>("Memo").toPlainText().split('\n');
+    const auto ohms = std::find_if(lines.begin(), lines.end(),
+                                   [](const QString& line) { return line.contains("kΩ"); });
+    ASSERT_NE(ohms, lines.end());
+    EXPECT_NE(report.find(ohms->trimmed().toStdString()), std::string::npos) << report;
+    EXPECT_TRUE(messages.messages.empty());
 }
 
 TEST_F(WindowFiles, CircuitInfoShowsEachCircuitsPageAndPictureOrNamesTheMissingOne) {

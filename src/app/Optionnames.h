@@ -1,4 +1,5 @@
-// The command line's names for topologies and response families, and their indices.
+// The command line's names for topologies, response families and the other choices, and their
+// indices; the exported netlist's title uses them too.
 #pragma once
 
 #include <array>
@@ -6,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace nerivane::cli {
+namespace nerivane {
 
 inline constexpr std::array<std::string_view, 7> TopologyNames = {
     "vcvs-lpf", "mfb-lpf", "vcvs-hpf", "mfb-hpf", "vcvs-bpf", "mfb-bpf", "notch"};
@@ -58,4 +59,4 @@ std::string NameOf(const std::array<std::string_view, N>& names, Enum value) {
     return NameOfIndex(names, Index(value));
 }
 
-}  // namespace nerivane::cli
+}  // namespace nerivane

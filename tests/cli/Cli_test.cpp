@@ -51,7 +51,7 @@ void Flatten(const nlohmann::json& value, const std::string& path, std::ostrings
     if (value.is_object()) {
         for (const auto& [key, item] : value.items()) Flatten(item, path + "." + key, out);
     } else if (value.is_array()) {
-        double scale = 0.0;  // of a list of numbers, which the comparison allows for
+        double scale = 0.0;    // of a list of numbers, which the comparison allows for
         bool numbers = false;  // some of a trace's points may be null
         for (const nlohmann::json& item : value) {
             if (!item.is_number()) continue;

@@ -13,7 +13,8 @@
 namespace nerivane::cli {
 
 // Runs one design's arguments (the program's name first) as the batch's line `line`, writing
-// its one-line result to out and what went wrong to err; returns its exit status.
+// its one-line result to out and what went wrong to err; returns its exit status. What it
+// wrote to out is dropped unless the status is 0.
 using DesignRunner = std::function<int(const std::vector<std::string>& args, int line,
                                        std::ostream& out, std::ostream& err)>;
 

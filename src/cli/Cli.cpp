@@ -352,18 +352,16 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
         return 2;
     }
 
-    std::string result;
     try {
-        if (batchLine > 0) {
-            std::ostringstream json;
+        // A batch line's result: the batch puts it out only if the line's files are written
+        // too, so that a line has one result, its JSON or its error.
+        if (batchLine > 0)
             WriteText(
                 "-",
                 [&outcome](const PieceWriter& write) {
                     WriteResultJson(outcome, write, JsonLayout::OneLine);
                 },
-                json, "JSON");
-            result = json.str();
-        }
+                out, "JSON");
         const bool anyOutput = batchLine > 0 || report || options.Has("--json") ||
                                options.Has("--csv") || options.Has("--spice") ||
                                options.Has("--plot") || options.Has("--schematic") ||
@@ -402,9 +400,6 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
         err << "nerivane-cli: " << e.what() << "\n";
         return 1;
     }
-    // A batch line's result goes out only once its files are written, so that a line has
-    // one result, its JSON or its error.
-    out << result;
     return 0;
 }
 

@@ -158,29 +158,38 @@ class BlockingQueue {
   public:
     explicit BlockingQueue(std::size_t capacity) : capacity_(capacity) {}
     void Put(Item item) {
-        std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return items_.size() < capacity_; });
-        items_.push_back(std::move(item));
-        changed_.notify_all();
+        {
+            std::unique_lock lock(mutex_);
+            notFull_.wait(lock, [this] { return items_.size() < capacity_; });
+            items_.push_back(std::move(item));
+        }
+        notEmpty_.notify_one();
     }
     std::optional<Item> Take() {
-        std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return !items_.empty() || closed_; });
-        if (items_.empty()) return std::nullopt;
-        Item item = std::move(items_.front());
-        items_.pop_front();
-        changed_.notify_all();
+        std::optional<Item> item;
+        {
+            std::unique_lock lock(mutex_);
+            notEmpty_.wait(lock, [this] { return !items_.empty() || closed_; });
+            if (items_.empty()) return std::nullopt;
+            item = std::move(items_.front());
+            items_.pop_front();
+        }
+        notFull_.notify_one();
         return item;
     }
     void Close() {
-        std::lock_guard lock(mutex_);
-        closed_ = true;
-        changed_.notify_all();
+        {
+            std::lock_guard lock(mutex_);
+            closed_ = true;
+        }
+        notEmpty_.notify_all();
     }
 
   private:
     std::mutex mutex_;
-    std::condition_variable changed_;
+    // Two conditions, each woken once per change, so a put wakes one taker and a take one
+    // putter rather than every thread waiting on the queue.
+    std::condition_variable notFull_, notEmpty_;
     std::deque<Item> items_;
     std::size_t capacity_;
     bool closed_ = false;

@@ -1,6 +1,5 @@
 #include "cli/Cli.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <memory>
 #include <optional>
@@ -18,6 +17,7 @@
 #include "cli/Applyoptions.h"
 #include "cli/Batch.h"
 #include "cli/CliBox.h"
+#include "cli/Commandline.h"
 #include "cli/JsonOutput.h"
 #include "cli/Outputs.h"
 #include "cli/Plotoutput.h"
@@ -59,59 +59,6 @@ class ScopedInstall {
     ScopedInstall& operator=(const ScopedInstall&) = delete;
 };
 
-const char* const ValueOptions[][2] = {
-    {"--open", "Start from the design file FILE (.kq_opamp)"},
-    {"--topology", "Circuit: vcvs-lpf, mfb-lpf, vcvs-hpf, mfb-hpf, vcvs-bpf, mfb-bpf, notch"},
-    {"--response",
-     "Response family: butterworth, chebyshev, papoulis, bessel, gaussian, adjustable-gauss"},
-    {"--poles", "Number of poles (1 to 20; 10 for band pass and notch)"},
-    {"--f0", "Corner or centre frequency in hertz (5k, 1.5M, 2.2kHz)"},
-    {"--bw", "Band width in hertz, for band pass and notch"},
-    {"--gain-db", "Section gain in dB"},
-    {"--ripple", "Pass-band ripple in dB (Chebyshev, Papoulis)"},
-    {"--gamma", "Adjustable Gauss argument, -1 to 1"},
-    {"--c1", "C1 in farads, one value for every section or a list (10n,22n)"},
-    {"--c2", "C2 in farads, as --c1"},
-    {"--mode", "Component values: exact, standard, worst"},
-    {"--res-tol", "Resistor tolerance in percent: 1, 2, 5, 10, 20"},
-    {"--cap-tol", "Capacitor tolerance in percent: 1, 2, 5, 10, 20"},
-    {"--opamp", "ideal, or GBW,RO (10M,10: 10 MHz, 10 ohms)"},
-    {"--opamp-model",
-     "Op-amp model: magnitude (a real gain, the default) or single-pole (with its phase, each "
-     "circuit solved on its own nodes)"},
-    {"--res-series",
-     "Standard resistors: tolerance (the tolerance class's series, the default), e48, e96, e192"},
-    {"--r-range", "Practical resistor range MIN,MAX in ohms, for warnings (default 100,10M)"},
-    {"--amplitude", "Input amplitude in volts peak, for each stage's slew rate (default 1)"},
-    {"--runs", "Worst-case runs (1 to 1000)"},
-    {"--mask",
-     "Requirement the design is checked against, with the orders that meet it: "
-     "fp=1k,ap=1,fs=3k,as=40 (low pass; high pass when fp > fs) or "
-     "fp1=9k,fp2=11k,fs1=7k,fs2=14k,ap=1,as=30 (band pass; a notch when fs1 and fs2 lie "
-     "between fp1 and fp2; f0=... sets the centre). Attenuation counts from the response's "
-     "peak"},
-    {"--apply-order",
-     "With --mask: design the fewest poles of this family that meet the requirement (a response "
-     "name), at the F0 and band width of its row, as the requirement dialog's Apply does"},
-    {"--seed", "Seed of the random tolerance draws (default 1)"},
-    {"--sweep", "linear, half-to-double, two-octaves, three-octaves, one-decade, two-decades"},
-    {"--threshold", "Phase plot threshold in dB"},
-    {"--traces", "Traces shown, of mag10, mag1, phase, gd, pulse (default mag10)"},
-    {"--mag", "Magnitude scale: db or linear"},
-    {"--phase", "Phase trace: plain or hilbert"},
-    {"--json", "Write the whole result as JSON to FILE, or - for standard output"},
-    {"--csv", "Write the traces as CSV to FILE, or - for standard output"},
-    {"--spice", "Write a SPICE netlist of the cascade to FILE, or - for standard output"},
-    {"--plot",
-     "Draw the plot into FILE: a picture (.png, .bmp) or a vector page (.svg, .pdf) with the "
-     "same content"},
-    {"--schematic", "Draw the cascade's schematic into FILE (.svg or .png)"},
-    {"--bom", "Write the parts list as CSV to FILE, or - for standard output"},
-    {"--save", "Save the design file FILE (.kq_opamp), as File > Save As does"},
-    {"--width", "Width of the plot in pixels (points on a PDF page), 64 to 4000 (default 800)"},
-    {"--height", "Height of the plot in pixels (points on a PDF page), 64 to 4000 (default 500)"},
-};
-
 // What a batch line may not ask for: its result is the JSON, on the line standard output gives
 // it, so nothing else may go there.
 void CheckBatchLine(const Options& options, bool report) {
@@ -121,17 +68,6 @@ void CheckBatchLine(const Options& options, bool report) {
         if (options.Has(output) && options.Get(output) == "-")
             throw UsageError(std::string(output) +
                              ": standard output carries the batch's results; name a file");
-}
-
-// Help and version: the text to standard output, exit status 0 (1 when it cannot be written).
-int PrintOnly(const std::string& text, const char* what, std::ostream& out, std::ostream& err) {
-    try {
-        WriteText("-", text, out, what);
-    } catch (const std::exception& e) {
-        err << "nerivane-cli: " << e.what() << "\n";
-        return 1;
-    }
-    return 0;
 }
 
 int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream& in,
@@ -153,80 +89,16 @@ int RunBatchOf(const std::vector<std::string>& args, std::istream& in, std::ostr
 
 int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream& in,
               std::ostream& out, std::ostream& err) {
-    CLI::App app{"Designs an active op-amp filter and writes what is asked for.", "nerivane-cli"};
-    std::map<std::string, std::string> given;
-    for (const auto& [name, help] : ValueOptions) app.add_option(name, given[name], help);
-    bool report = false;
-    app.add_flag("--report", report, "Write the circuit values report to standard output");
-    app.footer(
-        "An option that stands for one of the window's boxes (poles, frequencies, gain, ripple,\n"
-        "gamma, capacitors, op amp, runs, threshold) is read as the box reads typing: a value\n"
-        "it cannot take is replaced as the box replaces it, with a warning on standard error\n"
-        "(exit 0; --strict makes it exit 2). Any other option that cannot be read is a usage\n"
-        "error (exit 2). Exit status: 0 done, 1 a file could not be read or written, 2 usage.");
-    bool autoCaps = false;
-    app.add_flag("--auto-caps", autoCaps,
-                 "Choose each section's capacitors from the capacitor series so that its "
-                 "resistors sit nearest the middle of the practical range");
-    bool notchIndependent = false;
-    app.add_flag("--notch-independent", notchIndependent,
-                 "Worst-case runs vary each of the notch's resistors and capacitors on its own");
-    bool bestStandard = false;
-    app.add_flag("--best-std", bestStandard,
-                 "In standard and worst-case modes, try each section's resistors at the standard "
-                 "values below and above their exact ones together and keep the combination "
-                 "whose f0 and Q come nearest the exact design's, instead of rounding each "
-                 "resistor alone; the report and the JSON give each section's errors before and "
-                 "after");
-    app.set_version_flag("--version", "nerivane-cli " NERIVANE_VERSION,
-                         "Print the program's name and version and exit");
-    bool strict = false;
-    app.add_flag("--strict", strict,
-                 "Treat every warning, note or message as a usage error: exit 2, write nothing");
-    bool batch = false;
-    app.add_flag("--batch", batch,
-                 "Read one design a line from standard input, as a JSON object of these options "
-                 "without their dashes ({\"poles\": 20, \"f0\": \"5k\"}) or as options "
-                 "(--poles 20 --f0 5k), and write each one's JSON result on a line of its own, "
-                 "in order, with \"line\" its input line; a line that fails gives "
-                 "{\"line\", \"error\", \"exit_status\"} and the batch goes on");
-
-    // As a program's arguments, so that a message lists them in the order they were given.
-    std::vector<const char*> argv;
-    for (const std::string& arg : args) argv.push_back(arg.c_str());
-    try {
-        app.parse(static_cast<int>(argv.size()), argv.data());
-    } catch (const CLI::ExtrasError&) {
-        // The parser lists what it could not place last first; say it in the order typed.
-        std::string extras;
-        for (const std::string& extra : app.remaining()) extras += " " + extra;
-        err << "nerivane-cli: not an option or a value of one:" << extras << "\n";
-        return 2;
-    } catch (const CLI::CallForHelp&) {
-        if (batchLine > 0) {
-            err << "nerivane-cli: --help: not on a batch line\n";
-            return 2;
-        }
-        return PrintOnly(app.help(), "help", out, err);
-    } catch (const CLI::CallForVersion& version) {
-        if (batchLine > 0) {
-            err << "nerivane-cli: --version: not on a batch line\n";
-            return 2;
-        }
-        return PrintOnly(std::string(version.what()) + "\n", "version", out, err);
-    } catch (const CLI::ParseError& e) {
-        err << "nerivane-cli: " << e.what() << "\n";
-        return 2;
-    }
-    if (batch && batchLine > 0) {
+    int status = 0;
+    const std::optional<CommandLine> read = ReadCommandLine(args, batchLine > 0, out, err, status);
+    if (!read) return status;
+    const Options& options = read->options;
+    const bool report = read->report, strict = read->strict;
+    if (read->batch && batchLine > 0) {
         err << "nerivane-cli: --batch: not on a batch line\n";
         return 2;
     }
-    if (batch) return RunBatchOf(args, in, out, err);
-    Options options;
-    for (const auto& [name, help] : ValueOptions) {
-        if (app.count(name)) options.values[name] = given[name];
-    }
+    if (read->batch) return RunBatchOf(args, in, out, err);
 
     DesignState state = DefaultDesignState();
     auto boxes = std::make_unique<CliBoxes>();
@@ -260,8 +132,8 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
                                  "\" is not one of " + JoinNames(ResponseNames));
         }
         capacitorRepairs = ApplyOptions(options, state, *boxes, settings);
-        settings.build.notchPartsIndependent = notchIndependent;
-        settings.build.bestStandardValues = bestStandard;
+        settings.build.notchPartsIndependent = read->notchIndependent;
+        settings.build.bestStandardValues = read->bestStandard;
         if (options.Has("--seed")) seed = SeedOption(options);
         plotSize = PlotSizeOption(options);
         if (options.Has("--plot") && !IsPlotFileName(options.Get("--plot")))
@@ -311,7 +183,7 @@ int RunDesign(const std::vector<std::string>& args, int batchLine, std::istream&
             plot->DrawRun(view, traces, run == 0);
         }
     };
-    if (autoCaps) {
+    if (read->autoCaps) {
         // The prototype comes from a calculation; the capacitors then go into the real one.
         ToleranceRandom scratch(seed);
         Calculate(state, boxes->Parameters(), settings, *results, scratch, {true, nullptr});

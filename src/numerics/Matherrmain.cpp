@@ -62,6 +62,8 @@ InstalledSink<MathErrorLog, RecordingMathErrorLog>& Slot() {
     return slot;
 }
 
+thread_local std::uint64_t handledCount = 0;
+
 }  // namespace
 
 MathErrorLog& MathErrors() {
@@ -72,7 +74,12 @@ void InstallMathErrorLog(MathErrorLog* log) {
     Slot().Install(log);
 }
 
+std::uint64_t MathErrorsHandled() {
+    return handledCount;
+}
+
 int HandleMathError(MathErrorRecord& record) {
+    ++handledCount;
     const Decision decision = Decide(record);
     // An unknown type's table entry is 0 but the library keeps its own value, since the
     // error is reported as not handled.

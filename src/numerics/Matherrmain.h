@@ -3,6 +3,7 @@
 // CheckedMath.h report here, since this platform's math library has no error hook.
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,10 @@ class RecordingMathErrorLog : public MathErrorLog {
 MathErrorLog& MathErrors();
 // Installing nullptr restores the default recording log.
 void InstallMathErrorLog(MathErrorLog* log);
+
+// How many errors this thread has handled so far, so that a caller can tell whether a
+// computation raised any.
+std::uint64_t MathErrorsHandled();
 
 // Applies the decision table to the record, writes the two log lines and returns non-zero when
 // the error was side stepped or corrected (the record then holds the new return value).

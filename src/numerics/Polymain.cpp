@@ -2,8 +2,11 @@
 
 #include <array>
 #include <cmath>
+#include <cstring>
+#include <optional>
 
 #include "numerics/CheckedMath.h"
+#include "numerics/Matherrmain.h"
 #include "numerics/Sortalgorithms.h"
 
 namespace nerivane {
@@ -177,8 +180,10 @@ void OrderSections(int sectionCount, ProtoSections& s) {
     permute(s.NumS2, s.NumS1, s.NumS0);
 }
 
-PrototypeResult BuildPrototype(Response responseIndex, int numPoles, double ripple, double gamma,
-                               ProtoSections& sections) {
+namespace {
+
+PrototypeResult BuildPrototypeAfresh(Response responseIndex, int numPoles, double ripple,
+                                     double gamma, ProtoSections& sections) {
     ResetSections(sections);
     FamilyRoots family;
     bool normalise = true;
@@ -206,6 +211,41 @@ PrototypeResult BuildPrototype(Response responseIndex, int numPoles, double ripp
     if (normalise && result.sectionCount > 0)
         result.cornerScale = NormaliseCorner(result.sectionCount, sections);
     if (numPoles > 2) OrderSections(result.sectionCount, sections);
+    return result;
+}
+
+// The last prototype this thread built. Most calculations change what follows the prototype
+// (frequency, gain, capacitors, mode), and finding the roots of a high order is a good part of
+// a calculation.
+struct LastPrototype {
+    Response response = Response::Butterworth;
+    int poles = 0;
+    double ripple = 0.0, gamma = 0.0;
+    PrototypeResult result;
+    ProtoSections sections{};
+};
+
+}  // namespace
+
+PrototypeResult BuildPrototype(Response responseIndex, int numPoles, double ripple, double gamma,
+                               ProtoSections& sections) {
+    thread_local std::optional<LastPrototype> last;
+    // Equal numbers, not equivalent ones, so a cached prototype is always the one the same
+    // arguments build.
+    if (last && last->response == responseIndex && last->poles == numPoles &&
+        std::memcmp(&last->ripple, &ripple, sizeof ripple) == 0 &&
+        std::memcmp(&last->gamma, &gamma, sizeof gamma) == 0) {
+        sections = last->sections;
+        return last->result;
+    }
+    const std::uint64_t errorsBefore = MathErrorsHandled();
+    const PrototypeResult result =
+        BuildPrototypeAfresh(responseIndex, numPoles, ripple, gamma, sections);
+    // A build that raised math errors is not kept: the next one must report them again.
+    if (MathErrorsHandled() == errorsBefore)
+        last = LastPrototype{responseIndex, numPoles, ripple, gamma, result, sections};
+    else
+        last.reset();
     return result;
 }
 

@@ -12,14 +12,17 @@
 #include <cmath>
 #include <complex>
 #include <cstdint>
+#include <cstring>
 #include <fstream>
 #include <map>
 #include <span>
 #include <sstream>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
+#include "numerics/Matherrmain.h"
 #include "numerics/OptimumLTable.h"
 #include "numerics/Polymain.h"
 
@@ -252,6 +255,64 @@ TEST(BuildPrototype, OnePoleIsOneSectionForAnyFamilyAndUnknownFamiliesBuildNothi
             EXPECT_TRUE(s.DenS2[i] == 0.0 && s.DenS1[i] == 0.0 && s.DenS0[i] == 1.0 &&
                         s.NumS2[i] == 0.0 && s.NumS1[i] == 0.0 && s.NumS0[i] == 1.0)
                 << "slot " << i;
+    }
+}
+
+struct PrototypeCall {
+    Response family;
+    int poles;
+    double ripple, gamma;
+};
+
+struct BuiltPrototype {
+    PrototypeResult result;
+    ProtoSections sections;
+    std::vector<std::string> mathErrors;
+    bool operator==(const BuiltPrototype& o) const {
+        return result.sectionCount == o.result.sectionCount && result.note == o.result.note &&
+               result.cornerScale == o.result.cornerScale &&
+               std::memcmp(&sections, &o.sections, sizeof sections) == 0 &&
+               mathErrors == o.mathErrors;
+    }
+};
+
+BuiltPrototype Build(const PrototypeCall& call) {
+    RecordingMathErrorLog log;
+    InstallMathErrorLog(&log);
+    BuiltPrototype built;
+    built.result = BuildPrototype(call.family, call.poles, call.ripple, call.gamma, built.sections);
+    InstallMathErrorLog(nullptr);
+    built.mathErrors = log.lines;
+    return built;
+}
+
+// A thread builds each prototype from nothing the first time it asks for it.
+BuiltPrototype BuildOnNewThread(const PrototypeCall& call) {
+    BuiltPrototype built;
+    std::thread([&] { built = Build(call); }).join();
+    return built;
+}
+
+// A build after another is the one a fresh thread makes, whichever argument changed, and a
+// build that raised math errors raises them again when repeated.
+TEST(BuildPrototype, ARepeatOrAChangeOfAnyArgumentBuildsWhatAFreshThreadBuilds) {
+    const PrototypeCall before{Response::Chebyshev, 6, 0.5, 0.3};
+    const std::vector<PrototypeCall> calls = {
+        before,
+        {Response::Papoulis, 6, 0.5, 0.3},
+        {Response::Chebyshev, 7, 0.5, 0.3},
+        {Response::Chebyshev, 6, 0.25, 0.3},
+        {Response::AdjustableGauss, 6, 0.5, 0.3},
+        {Response::AdjustableGauss, 6, 0.5, 0.6},
+        {Response::Chebyshev, 6, -1.0, 0.3},  // math errors
+    };
+    for (std::size_t i = 1; i < calls.size(); ++i) {
+        SCOPED_TRACE(i);
+        const BuiltPrototype fresh = BuildOnNewThread(calls[i]);
+        Build(i == 5 ? calls[4] : before);
+        EXPECT_TRUE(Build(calls[i]) == fresh);
+        EXPECT_TRUE(Build(calls[i]) == fresh);
+        EXPECT_EQ(fresh.mathErrors.empty(), i + 1 < calls.size());
     }
 }
 

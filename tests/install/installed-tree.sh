@@ -35,7 +35,7 @@ cd "$scratch"
 file plot.png | grep -q 'PNG image data, 800 x 500' || fail "no plot: $(file plot.png)"
 app=com.kestrune.Nerivane
 for each in "applications/$app.desktop" "metainfo/$app.metainfo.xml" "mime/packages/$app.xml" \
-  "icons/hicolor/scalable/apps/$app.svg" man/man1/nerivane.1 man/man1/nerivane-cli.1 \
+  "icons/hicolor/scalable/apps/$app.svg" man/man1/nerivane.1.gz man/man1/nerivane-cli.1.gz \
   doc/nerivane/cli.md "nerivane/RunTime Files/Help Files/Program Help.md" \
   "nerivane/RunTime Files/NOTCH.bmp"; do
   [ -s "$root/share/$each" ] || fail "share/$each is missing"
@@ -43,6 +43,10 @@ done
 for size in 16 24 32 48 64 128 256; do
   file "$root/share/icons/hicolor/${size}x$size/apps/$app.png" |
     grep -q "PNG image data, $size x $size" || fail "no $size px icon"
+done
+for page in nerivane nerivane-cli; do
+  gzip -dc "$root/share/man/man1/$page.1.gz" | grep -q '^\.TH' ||
+    fail "share/man/man1/$page.1.gz is not a compressed manual page"
 done
 file "$root/share/nerivane/screenshots/main-window.png" | grep -q 'PNG image data' || fail "no screenshot"
 program=$(sed -n 's/^Exec=\([^ ]*\).*/\1/p' "$root/share/applications/$app.desktop")
